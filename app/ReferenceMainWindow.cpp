@@ -1,0 +1,90 @@
+#include "ReferenceMainWindow.h"
+
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
+
+#include <hostcontract/DisplayItemInterface.h>
+
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include <QHeaderView>
+#include <QMenuBar>
+#include <QStatusBar>
+
+namespace Brennvik {
+
+namespace {
+
+void addRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item)
+{
+    int index = 0;
+    for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
+        auto* row = new DisplayItemTreeWidgetItem(parentRow, child, nullptr, false);
+        row->setItemIndex(index++);
+        addRows(row, child);
+    }
+}
+
+} // namespace
+
+ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewModel, QWidget* parent)
+    : QMainWindow(parent)
+    , m_viewModel(std::move(viewModel))
+    , m_tree(new DisplayItemTreeWidget(this, true))
+{
+    setWindowTitle(tr("Brennvik reference host"));
+    m_tree->setObjectName(QStringLiteral("displayItemTree"));
+    m_tree->setHeaderLabel(tr("Display items"));
+    m_tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    setCentralWidget(m_tree);
+
+    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
+    viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
+    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
+    viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
+
+    // Rows without a dialog follow their items' visibility but not the tree's
+    // structure: after an update that changed the number of items, the tree
+    // is built anew once the current event is done.
+    if (auto* displayModel = dynamic_cast<SceneDisplayModel*>(m_viewModel->getDisplayModel())) {
+        displayModel->setUpdateCallback([this]() {
+            const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
+            const quint64 count = root ? root->getNumberOfDisplayItems() : 0;
+            if (count != m_shownItemCount)
+                QMetaObject::invokeMethod(this, &ReferenceMainWindow::rebuildTree, Qt::QueuedConnection);
+        });
+    }
+
+    rebuildTree();
+    resize(720, 820);
+}
+
+ReferenceMainWindow::~ReferenceMainWindow()
+{
+    if (auto* displayModel = dynamic_cast<SceneDisplayModel*>(m_viewModel->getDisplayModel()))
+        displayModel->setUpdateCallback({});
+}
+
+void ReferenceMainWindow::rebuildTree()
+{
+    m_tree->clear();
+    const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
+    if (root) {
+        auto* top = new DisplayItemTreeWidgetItem(m_tree, root, nullptr, false);
+        addRows(top, root);
+        top->setExpanded(true);
+        for (int i = 0; i < top->childCount(); ++i)
+            top->child(i)->setExpanded(true);
+    }
+    updateStatus();
+}
+
+void ReferenceMainWindow::updateStatus()
+{
+    const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
+    m_shownItemCount = root ? root->getNumberOfDisplayItems() : 0;
+    statusBar()->showMessage(tr("%1 display items").arg(m_shownItemCount));
+}
+
+} // namespace Brennvik

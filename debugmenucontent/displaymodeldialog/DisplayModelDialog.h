@@ -1,0 +1,107 @@
+#pragma once
+
+#include <debugmenucontent/DebugMenuContentExport.h>
+
+#include "ui_DisplayModelDialog.h"
+
+#include <QDialog>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+#include <list>
+#include <memory>
+#include <set>
+
+class QCloseEvent;
+class QHBoxLayout;
+class QLabel;
+class QLayout;
+class QTreeWidget;
+class QTreeWidgetItem;
+class QVBoxLayout;
+
+namespace Brennvik {
+
+class DisplayItemInterface;
+class DisplayItemTreeWidget;
+class DisplayItemTreeWidgetItem;
+class DrawAreaPresenter;
+class EditModelTreeWidgetItem;
+class ViewModelInterface;
+
+/// The debugging dialog of the 3D display model.
+///
+/// Shows the display model of a view model as a tree, one row per display
+/// item, keeps that tree in step with the model's events, and prints the
+/// properties of the current row. The dialog owns nothing of the model:
+/// rows hold their items weakly, and whatever has gone is skipped.
+class BRENNVIK_DEBUGMENU_EXPORT DisplayModelDialog : public QDialog, public Ui::DisplayModelDialogClass
+{
+public:
+    explicit DisplayModelDialog(QWidget* parent);
+    ~DisplayModelDialog() override;
+
+    /// Shows the display model of \a viewModel; an empty reference empties
+    /// the tree and disables the dialog.
+    void setViewModel(std::shared_ptr<ViewModelInterface> viewModel);
+    /// The draw area that clone mode drives; not owned, may be null.
+    void setDrawAreaPresenter(DrawAreaPresenter* drawAreaPresenter);
+    /// Also hands the draw area back its view model when clone mode drew the clone.
+    void setVisible(bool visible) override;
+
+    /// Selects every row of \a item (in the cloned tree if \a inClonedTree),
+    /// makes the last of them current, expands or collapses them, and expands
+    /// the top row in any case.
+    void navigateToInitialEntry(std::shared_ptr<DisplayItemInterface> item, bool inClonedTree, bool expand);
+
+    /// Called by a row when its item got a child: the child's subtree is
+    /// appended under the row.
+    void displayItemAdded(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item);
+    /// Called by a row when its item's properties changed.
+    void displayItemModified(DisplayItemTreeWidgetItem* row);
+    /// Called by an edit-model row after it changed its primitive.
+    void displayItemModified(EditModelTreeWidgetItem* row);
+    /// Called by a row when children of its item were removed: one row per
+    /// item goes, the first that shows it.
+    void displayItemsRemoved(DisplayItemTreeWidgetItem* parentRow, std::set<std::shared_ptr<DisplayItemInterface>> items);
+
+protected:
+    /// Closing only hides the dialog.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void clearLayout(QLayout* layout);
+
+    void rebuildTree(bool cloneOnly);
+    void buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,
+                              bool geometrySeen, bool duplicate);
+    void addChildRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,
+                             bool duplicate);
+    void displayItemsModified(const std::list<std::shared_ptr<DisplayItemInterface>>& items);
+
+    void printProperties(const QTreeWidgetItem* item);
+
+    void onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current);
+    void onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, int column);
+
+    std::shared_ptr<ViewModelInterface> m_viewModel;
+    bool m_useClone;
+    bool m_showCloneIn3d;
+    DrawAreaPresenter* m_drawAreaPresenter;
+    std::shared_ptr<ViewModelInterface> m_clonedViewModel;
+    DisplayItemTreeWidget* m_clonedDisplayItemTreeWidget;
+    DisplayItemTreeWidgetItem* m_clonedTopRow;
+    QVBoxLayout* m_vl_clonedProperties;
+    QHBoxLayout* m_hl_cloned_business_props;
+    QHBoxLayout* m_hl_cloned_display_props;
+    QLabel* m_lbl_cloned_business_obj_props;
+    QLabel* m_lbl_cloned_display_props;
+    QTreeWidget* m_clonedBusinessObjectProperties;
+    QTreeWidget* m_clonedDisplayItemProperties;
+    QList<QPair<int, QString>> m_expandPath;
+    bool m_onlyCompareMirrored;
+    bool m_syncingCurrentItem;
+};
+
+} // namespace Brennvik

@@ -1,0 +1,231 @@
+#include "DisplayItemTreeWidgetItem.h"
+
+#include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
+
+#include <hostcontract/DisplayItemInterface.h>
+#include <hostcontract/ShellDisplayItem.h>
+
+#include <QIcon>
+#include <QString>
+#include <QVariant>
+
+namespace Brennvik {
+
+// Shared by every row of every tree; created on first use and kept for the
+// life of the process, so that no row pays for loading an SVG.
+QIcon* DisplayItemTreeWidgetItem::s_visibleIcon = nullptr;
+QIcon* DisplayItemTreeWidgetItem::s_visibleDuplicateIcon = nullptr;
+QIcon* DisplayItemTreeWidgetItem::s_visibleDifferentIcon = nullptr;
+QIcon* DisplayItemTreeWidgetItem::s_notVisibleIcon = nullptr;
+
+DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
+                                                     std::shared_ptr<DisplayItemInterface> displayItem,
+                                                     DisplayModelDialog* dialog, bool isDuplicate)
+    : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , DisplayItemEventObserver()
+    , m_displayItem(displayItem)
+    , m_dialog(dialog)
+    , m_itemIndex(-1)
+    , m_isDuplicate(isDuplicate)
+{
+    init();
+}
+
+DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidgetItem* parent,
+                                                     std::shared_ptr<DisplayItemInterface> displayItem,
+                                                     DisplayModelDialog* dialog, bool isDuplicate)
+    : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , DisplayItemEventObserver()
+    , m_displayItem(displayItem)
+    , m_dialog(dialog)
+    , m_itemIndex(-1)
+    , m_isDuplicate(isDuplicate)
+{
+    init();
+}
+
+DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(const DisplayItemTreeWidgetItem& other)
+    : QTreeWidgetItem(other)
+    , DisplayItemEventObserver(other)
+    , m_displayItem(other.m_displayItem)
+    , m_dialog(other.m_dialog)
+    , m_itemIndex(other.m_itemIndex)
+    , m_isDuplicate(other.m_isDuplicate)
+{
+}
+
+DisplayItemTreeWidgetItem& DisplayItemTreeWidgetItem::operator=(const DisplayItemTreeWidgetItem& other)
+{
+    QTreeWidgetItem::operator=(other);
+    DisplayItemEventObserver::operator=(other);
+    m_displayItem = other.m_displayItem;
+    m_dialog = other.m_dialog;
+    m_itemIndex = other.m_itemIndex;
+    m_isDuplicate = other.m_isDuplicate;
+    return *this;
+}
+
+DisplayItemTreeWidgetItem::~DisplayItemTreeWidgetItem()
+{
+    // The lock is empty when the item has gone; the host accepts that.
+    unregisterFromDisplayItem(m_displayItem.lock());
+    m_displayItem.reset();
+}
+
+std::shared_ptr<DisplayItemInterface> DisplayItemTreeWidgetItem::getDisplayItem()
+{
+    return m_displayItem.lock();
+}
+
+int DisplayItemTreeWidgetItem::getItemIndex()
+{
+    return m_itemIndex;
+}
+
+void DisplayItemTreeWidgetItem::setItemIndex(int itemIndex)
+{
+    m_itemIndex = itemIndex;
+}
+
+bool DisplayItemTreeWidgetItem::isDuplicate() const
+{
+    return m_isDuplicate;
+}
+
+bool DisplayItemTreeWidgetItem::isDifferentVisibility() const
+{
+    const QVariant mark = data(0, DifferentVisibilityRole);
+    return mark.isValid() ? mark.toBool() : false;
+}
+
+void DisplayItemTreeWidgetItem::setDifferentVisibility(bool different)
+{
+    setData(0, DifferentVisibilityRole, QVariant(different));
+    setVisiblityIcon();
+}
+
+void DisplayItemTreeWidgetItem::toggleSelection()
+{
+    const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
+    if (!item || !item->isSelectable())
+        return;
+    item->setSelected(!item->isSelected());
+    item->notifyVisualPropertiesChanged();
+}
+
+void DisplayItemTreeWidgetItem::toggleVisibility()
+{
+    const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
+    if (!item) {
+        setVisiblityIcon();
+        return;
+    }
+    // The icon is left alone: it changes when the host reports the change,
+    // so the row always shows what the model holds.
+    item->setVisible(!item->isVisible());
+    item->notifyVisualPropertiesChanged();
+}
+
+void DisplayItemTreeWidgetItem::expandAll()
+{
+    setExpanded(true);
+    for (int i = 0; i < childCount(); ++i) {
+        if (auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(child(i)))
+            row->expandAll();
+    }
+}
+
+void DisplayItemTreeWidgetItem::onPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> item)
+{
+    setVisiblityIcon();
+    if (m_dialog)
+        m_dialog->displayItemModified(this);
+}
+
+void DisplayItemTreeWidgetItem::onVisualPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> item)
+{
+    // Through the virtual table, so that an override of the properties event sees visual changes too.
+    onPropertiesChangedEvent(item);
+}
+
+void DisplayItemTreeWidgetItem::onDisplayItemsAddedEvent(const std::vector<std::shared_ptr<DisplayItemInterface>>& items)
+{
+    if (!m_dialog)
+        return;
+    for (const std::shared_ptr<DisplayItemInterface>& item : items)
+        m_dialog->displayItemAdded(this, item);
+}
+
+void DisplayItemTreeWidgetItem::onDisplayItemsRemovedEvent(const std::set<std::shared_ptr<DisplayItemInterface>>& items)
+{
+    if (!m_dialog)
+        return;
+    m_dialog->displayItemsRemoved(this, items);
+}
+
+void DisplayItemTreeWidgetItem::init()
+{
+    setVisiblityIcon();
+
+    const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
+    QString text;
+    if (item) {
+        text = QString::fromStdString(item->getDisplayName());
+        if (const auto shell = std::dynamic_pointer_cast<ShellDisplayItem>(item)) {
+            text += QStringLiteral(" [");
+            text += QString::fromStdString(shell->getShellTypeAndNameAsString());
+            text += QStringLiteral("]");
+        }
+    }
+    setText(0, text);
+
+    // The constructors set the index to -1 just before, so column 1 stays empty
+    // on a new row; callers read the index back through getItemIndex.
+    if (m_itemIndex >= 0)
+        setText(1, QString::number(m_itemIndex, 10));
+
+    registerToDisplayItem(item);
+}
+
+void DisplayItemTreeWidgetItem::setVisiblityIcon()
+{
+    const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
+    if (!item) {
+        createVisibleIcons();
+        setIcon(0, *s_visibleDifferentIcon);
+        return;
+    }
+    setIcon(0, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
+}
+
+void DisplayItemTreeWidgetItem::createVisibleIcons()
+{
+    if (!s_visibleIcon)
+        s_visibleIcon = new QIcon(QStringLiteral(":/Icons/Debug/visible.svg"));
+    if (!s_visibleDuplicateIcon)
+        s_visibleDuplicateIcon = new QIcon(QStringLiteral(":/Icons/Debug/visible_duplicate.svg"));
+    if (!s_visibleDifferentIcon)
+        s_visibleDifferentIcon = new QIcon(QStringLiteral(":/Icons/Debug/visible_different.svg"));
+}
+
+QIcon* DisplayItemTreeWidgetItem::getVisibleIcon()
+{
+    createVisibleIcons();
+    if (m_isDuplicate)
+        return s_visibleDuplicateIcon;
+    if (isDifferentVisibility())
+        return s_visibleDifferentIcon;
+    return s_visibleIcon;
+}
+
+QIcon* DisplayItemTreeWidgetItem::getNotVisibleIcon()
+{
+    if (!s_notVisibleIcon)
+        s_notVisibleIcon = new QIcon(QStringLiteral(":/Icons/Debug/not_visible.svg"));
+    if (!s_visibleDifferentIcon)
+        s_visibleDifferentIcon = new QIcon(QStringLiteral(":/Icons/Debug/visible_different.svg"));
+    // An invisible duplicate shows the plain not-visible icon.
+    return isDifferentVisibility() ? s_visibleDifferentIcon : s_notVisibleIcon;
+}
+
+} // namespace Brennvik

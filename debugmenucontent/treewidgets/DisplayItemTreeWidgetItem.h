@@ -1,0 +1,89 @@
+#pragma once
+
+#include <debugmenucontent/DebugMenuContentExport.h>
+
+#include <hostcontract/DisplayItemEventObserver.h>
+
+#include <QTreeWidgetItem>
+
+#include <memory>
+
+class QIcon;
+
+namespace Brennvik {
+
+class DisplayItemInterface;
+class DisplayModelDialog;
+
+/// One tree row that stands for one display item.
+///
+/// The row observes its item: it refreshes its visibility icon on the item's
+/// events and passes structural and property changes on to its dialog, so
+/// that the tree follows the live display model. It holds the item weakly:
+/// a row never keeps a removed item alive, and every operation on a gone
+/// item does nothing.
+class BRENNVIK_DEBUGMENU_EXPORT DisplayItemTreeWidgetItem : public QTreeWidgetItem, public DisplayItemEventObserver
+{
+public:
+    /// A top-level row of \a parent. \a dialog receives the row's model events; may be null.
+    DisplayItemTreeWidgetItem(QTreeWidget* parent, std::shared_ptr<DisplayItemInterface> displayItem,
+                              DisplayModelDialog* dialog, bool isDuplicate);
+    /// A row appended as the last child of \a parent.
+    DisplayItemTreeWidgetItem(QTreeWidgetItem* parent, std::shared_ptr<DisplayItemInterface> displayItem,
+                              DisplayModelDialog* dialog, bool isDuplicate);
+    /// Member-wise copy; the copy does not register with the item itself.
+    DisplayItemTreeWidgetItem(const DisplayItemTreeWidgetItem& other);
+    DisplayItemTreeWidgetItem& operator=(const DisplayItemTreeWidgetItem& other);
+    ~DisplayItemTreeWidgetItem() override;
+
+    /// The row's display item; empty when it no longer exists.
+    std::shared_ptr<DisplayItemInterface> getDisplayItem();
+
+    /// The row's position among the children of its parent item; -1 until set.
+    int getItemIndex();
+    /// Stores the position; the row's text does not change.
+    void setItemIndex(int itemIndex);
+
+    /// The row shows an item that the tree also shows in its proper place.
+    bool isDuplicate() const;
+
+    /// The row's visibility differs from its counterpart in a compared model.
+    bool isDifferentVisibility() const;
+    /// Sets the difference mark and refreshes the icon at once.
+    void setDifferentVisibility(bool different);
+
+    /// Flips the item's selection when it is selectable and notifies the item.
+    void toggleSelection();
+    /// Flips the item's visibility and notifies the item. The icon follows
+    /// when the host reports the change.
+    void toggleVisibility();
+    /// Expands this row and, recursively, its display item rows.
+    void expandAll();
+
+    void onPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> item) override;
+    void onVisualPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> item) override;
+    void onDisplayItemsAddedEvent(const std::vector<std::shared_ptr<DisplayItemInterface>>& items) override;
+    void onDisplayItemsRemovedEvent(const std::set<std::shared_ptr<DisplayItemInterface>>& items) override;
+
+    /// Data role of column 0 that holds the "different visibility" mark.
+    static constexpr int DifferentVisibilityRole = Qt::UserRole + 300;
+
+private:
+    void init();
+    void setVisiblityIcon();
+    QIcon* getVisibleIcon();
+    QIcon* getNotVisibleIcon();
+    static void createVisibleIcons();
+
+    std::weak_ptr<DisplayItemInterface> m_displayItem;
+    DisplayModelDialog* m_dialog;
+    qint32 m_itemIndex;
+    bool m_isDuplicate;
+
+    static QIcon* s_visibleIcon;
+    static QIcon* s_visibleDuplicateIcon;
+    static QIcon* s_visibleDifferentIcon;
+    static QIcon* s_notVisibleIcon;
+};
+
+} // namespace Brennvik

@@ -1,0 +1,473 @@
+#include "DisplayItem.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <sstream>
+#include <stdexcept>
+
+namespace Brennvik {
+
+DisplayItem::DisplayItem(std::string displayName)
+    : m_displayName(std::move(displayName))
+{
+}
+
+DisplayItem::~DisplayItem()
+{
+    // Forget the observers before the children go: an observer destroyed along
+    // with a child can no longer reach this item to unregister.
+    m_observers.clear();
+    for (const auto& child : m_children) {
+        if (child && child->m_parent == this) {
+            child->m_parent = nullptr;
+            child->setDisplayModelRecursively(nullptr);
+        }
+    }
+}
+
+// --- DisplayItemInterface -------------------------------------------------
+
+RemoveChildResult DisplayItem::removeChild(std::shared_ptr<DisplayItemInterface> child, bool keepResources)
+{
+    if (!child)
+        return RemoveChildResult::NotAChild;
+    const auto self = selfReference();
+    if (!detachWithoutEvent(child.get(), keepResources))
+        return RemoveChildResult::NotAChild;
+    m_observers.notifyItemsRemoved(DisplayItemSet{child});
+    return RemoveChildResult::Removed;
+}
+
+DisplayItemInterface* DisplayItem::getParent() const
+{
+    return m_parent;
+}
+
+void DisplayItem::setVisible(bool visible)
+{
+    m_visible = visible;
+}
+
+bool DisplayItem::isVisible() const
+{
+    return m_visible;
+}
+
+DisplayItemList DisplayItem::getChildren() const
+{
+    return DisplayItemList(m_children.begin(), m_children.end());
+}
+
+void DisplayItem::collectSubtreeToShow(DisplayItemList& items) const
+{
+    collectPreOrder(items);
+}
+
+void DisplayItem::collectSubtree(DisplayItemList& items) const
+{
+    collectPreOrder(items);
+}
+
+std::string DisplayItem::getDisplayName() const
+{
+    return m_displayName;
+}
+
+void DisplayItem::getProperties(PropertyList& businessObjectProperties, PropertyList& displayItemProperties) const
+{
+    businessObjectProperties.emplace_back("pointer", addressText(this));
+    businessObjectProperties.insert(businessObjectProperties.end(), m_businessProperties.begin(),
+                                    m_businessProperties.end());
+
+    displayItemProperties.emplace_back("pointer (DisplayItemInterface)",
+                                       addressText(static_cast<const DisplayItemInterface*>(this)));
+    displayItemProperties.emplace_back("display item type", typeName());
+    appendTypeProperties(displayItemProperties);
+    displayItemProperties.insert(displayItemProperties.end(), m_displayProperties.begin(), m_displayProperties.end());
+}
+
+DisplayModel* DisplayItem::getDisplayModel() const
+{
+    return m_displayModel;
+}
+
+std::uint64_t DisplayItem::getNumberOfDisplayItems() const
+{
+    std::uint64_t count = 1;
+    for (const auto& child : m_children)
+        count += child->getNumberOfDisplayItems();
+    return count;
+}
+
+std::string DisplayItem::getDescription() const
+{
+    std::string description = typeName() + " \"" + m_displayName + "\"";
+    const std::string detail = descriptionDetail();
+    if (!detail.empty())
+        description += " [" + detail + "]";
+    description += " at " + path();
+    return description;
+}
+
+bool DisplayItem::isSelectionAllowed() const
+{
+    return m_selectionAllowed;
+}
+
+void DisplayItem::setSelected(bool selected)
+{
+    m_selected = selected;
+}
+
+bool DisplayItem::isSelected() const
+{
+    return m_selected;
+}
+
+bool DisplayItem::isSelectable() const
+{
+    return m_selectable;
+}
+
+void DisplayItem::notifyVisualPropertiesChanged()
+{
+    const auto self = selfReference();
+    ++m_visualNotificationCount;
+    m_observers.notifyVisualPropertiesChanged(self);
+}
+
+void DisplayItem::addEventObserver(DisplayItemEventObserver* observer)
+{
+    if (!observer)
+        return;
+    if (!m_observerOwnerSet) {
+        // weak_from_this is only known once a shared_ptr owns the item, which is
+        // the case whenever an observer registers through a shared reference.
+        std::weak_ptr<DisplayItemInterface> owner = weak_from_this();
+        if (!owner.expired()) {
+            m_observers.setOwner(std::move(owner));
+            m_observerOwnerSet = true;
+        }
+    }
+    m_observers.add(observer);
+}
+
+void DisplayItem::removeEventObserver(DisplayItemEventObserver* observer)
+{
+    m_observers.remove(observer);
+}
+
+// --- Host API -------------------------------------------------------------
+
+std::string DisplayItem::typeName() const
+{
+    return "DisplayItem";
+}
+
+std::shared_ptr<DisplayItem> DisplayItem::copyWithoutChildren() const
+{
+    auto copy = std::make_shared<DisplayItem>(m_displayName);
+    copy->copyStateFrom(*this);
+    return copy;
+}
+
+void DisplayItem::remapReferences(const DisplayItemCloneMap& /*map*/) {}
+
+void DisplayItem::setDisplayName(std::string displayName)
+{
+    m_displayName = std::move(displayName);
+    raisePropertiesChanged();
+}
+
+void DisplayItem::appendChild(std::shared_ptr<DisplayItem> child)
+{
+    checkCanAdopt(child);
+    insertChild(m_children.size(), std::move(child));
+}
+
+void DisplayItem::insertChild(std::size_t index, std::shared_ptr<DisplayItem> child)
+{
+    checkCanAdopt(child);
+    if (index > m_children.size())
+        throw std::out_of_range("DisplayItem::insertChild: index beyond the last child");
+    const auto self = selfReference();
+    if (child->m_parent)
+        child->m_parent->removeChild(child, true);
+    // Moving a child within this item shortens the list by one.
+    attachWithoutEvent(std::min(index, m_children.size()), child);
+    m_observers.notifyItemsAdded(DisplayItemList{child});
+}
+
+void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>& children)
+{
+    for (auto it = children.begin(); it != children.end(); ++it) {
+        checkCanAdopt(*it);
+        if (std::find(children.begin(), it, *it) != it)
+            throw std::invalid_argument("DisplayItem::appendChildren: the same child twice");
+    }
+    if (children.empty())
+        return;
+    const auto self = selfReference();
+    for (const auto& child : children) {
+        if (child->m_parent)
+            child->m_parent->removeChild(child, true);
+    }
+    for (const auto& child : children)
+        attachWithoutEvent(m_children.size(), child);
+    m_observers.notifyItemsAdded(DisplayItemList(children.begin(), children.end()));
+}
+
+std::size_t DisplayItem::removeChildren(const DisplayItemSet& children, bool keepResources)
+{
+    const auto self = selfReference();
+    DisplayItemSet removed;
+    for (const auto& child : children) {
+        if (child && detachWithoutEvent(child.get(), keepResources))
+            removed.insert(child);
+    }
+    if (!removed.empty())
+        m_observers.notifyItemsRemoved(removed);
+    return removed.size();
+}
+
+std::size_t DisplayItem::childCount() const
+{
+    return m_children.size();
+}
+
+std::shared_ptr<DisplayItem> DisplayItem::childAt(std::size_t index) const
+{
+    return index < m_children.size() ? m_children[index] : nullptr;
+}
+
+const std::vector<std::shared_ptr<DisplayItem>>& DisplayItem::children() const
+{
+    return m_children;
+}
+
+int DisplayItem::indexOfChild(const DisplayItemInterface* child) const
+{
+    for (std::size_t i = 0; i < m_children.size(); ++i) {
+        if (static_cast<const DisplayItemInterface*>(m_children[i].get()) == child)
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+DisplayItem* DisplayItem::parentItem() const
+{
+    return m_parent;
+}
+
+std::shared_ptr<DisplayItem> DisplayItem::findByDisplayName(const std::string& name)
+{
+    if (m_displayName == name)
+        return shared_from_this();
+    for (const auto& child : m_children) {
+        if (auto found = child->findByDisplayName(name))
+            return found;
+    }
+    return nullptr;
+}
+
+std::string DisplayItem::path() const
+{
+    std::vector<const DisplayItem*> chain;
+    for (const DisplayItem* item = this; item; item = item->m_parent)
+        chain.push_back(item);
+    std::string text;
+    for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
+        if (!text.empty())
+            text += '/';
+        text += (*it)->m_displayName;
+    }
+    return text;
+}
+
+void DisplayItem::setBusinessProperty(const std::string& name, std::string value)
+{
+    setProperty(m_businessProperties, name, std::move(value));
+    raisePropertiesChanged();
+}
+
+void DisplayItem::setDisplayProperty(const std::string& name, std::string value)
+{
+    setProperty(m_displayProperties, name, std::move(value));
+    raisePropertiesChanged();
+}
+
+std::optional<std::string> DisplayItem::businessProperty(const std::string& name) const
+{
+    return findProperty(m_businessProperties, name);
+}
+
+std::optional<std::string> DisplayItem::displayProperty(const std::string& name) const
+{
+    return findProperty(m_displayProperties, name);
+}
+
+const PropertyList& DisplayItem::businessProperties() const
+{
+    return m_businessProperties;
+}
+
+const PropertyList& DisplayItem::displayProperties() const
+{
+    return m_displayProperties;
+}
+
+void DisplayItem::setSelectionAllowed(bool allowed)
+{
+    m_selectionAllowed = allowed;
+}
+
+void DisplayItem::setSelectable(bool selectable)
+{
+    m_selectable = selectable;
+}
+
+bool DisplayItem::resourcesReleased() const
+{
+    return m_resourcesReleased;
+}
+
+void DisplayItem::notifyPropertiesChanged()
+{
+    raisePropertiesChanged();
+}
+
+int DisplayItem::visualNotificationCount() const
+{
+    return m_visualNotificationCount;
+}
+
+std::size_t DisplayItem::observerCount() const
+{
+    return m_observers.size();
+}
+
+bool DisplayItem::isObservedBy(const DisplayItemEventObserver* observer) const
+{
+    return m_observers.contains(observer);
+}
+
+std::string DisplayItem::addressText(const void* object)
+{
+    std::ostringstream text;
+    text << "0x" << std::hex << reinterpret_cast<std::uintptr_t>(object);
+    return text.str();
+}
+
+// --- Protected ------------------------------------------------------------
+
+void DisplayItem::appendTypeProperties(PropertyList& /*displayItemProperties*/) const {}
+
+std::string DisplayItem::descriptionDetail() const
+{
+    return {};
+}
+
+void DisplayItem::copyStateFrom(const DisplayItem& other)
+{
+    m_visible = other.m_visible;
+    m_selected = other.m_selected;
+    m_selectionAllowed = other.m_selectionAllowed;
+    m_selectable = other.m_selectable;
+    m_businessProperties = other.m_businessProperties;
+    m_displayProperties = other.m_displayProperties;
+}
+
+void DisplayItem::raisePropertiesChanged()
+{
+    const auto self = selfReference();
+    m_observers.notifyPropertiesChanged(self);
+}
+
+// --- Private --------------------------------------------------------------
+
+void DisplayItem::checkCanAdopt(const std::shared_ptr<DisplayItem>& child) const
+{
+    if (!child)
+        throw std::invalid_argument("DisplayItem: empty child");
+    for (const DisplayItem* item = this; item; item = item->m_parent) {
+        if (item == child.get())
+            throw std::invalid_argument("DisplayItem: an item cannot hold itself or one of its ancestors");
+    }
+}
+
+void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
+{
+    m_children.insert(m_children.begin() + static_cast<std::ptrdiff_t>(index), child);
+    child->m_parent = this;
+    child->setDisplayModelRecursively(m_displayModel);
+    child->setResourcesReleasedRecursively(false);
+}
+
+std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemInterface* child, bool keepResources)
+{
+    const int index = indexOfChild(child);
+    if (index < 0)
+        return nullptr;
+    std::shared_ptr<DisplayItem> removed = m_children[static_cast<std::size_t>(index)];
+    m_children.erase(m_children.begin() + index);
+    // A child shared with another tree keeps its real parent.
+    if (removed->m_parent == this) {
+        removed->m_parent = nullptr;
+        removed->setDisplayModelRecursively(nullptr);
+        if (!keepResources)
+            removed->setResourcesReleasedRecursively(true);
+    }
+    return removed;
+}
+
+void DisplayItem::setDisplayModelRecursively(DisplayModel* model)
+{
+    m_displayModel = model;
+    for (const auto& child : m_children) {
+        if (child->m_parent == this)
+            child->setDisplayModelRecursively(model);
+    }
+}
+
+void DisplayItem::setResourcesReleasedRecursively(bool released)
+{
+    m_resourcesReleased = released;
+    for (const auto& child : m_children) {
+        if (child->m_parent == this)
+            child->setResourcesReleasedRecursively(released);
+    }
+}
+
+void DisplayItem::collectPreOrder(DisplayItemList& items) const
+{
+    // const_pointer_cast: the list hands out the same shared items getChildren does.
+    items.push_back(std::const_pointer_cast<DisplayItem>(shared_from_this()));
+    for (const auto& child : m_children)
+        child->collectPreOrder(items);
+}
+
+std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()
+{
+    // Empty when no shared_ptr owns the item (it cannot then be registered to,
+    // so nobody receives the event anyway).
+    return weak_from_this().lock();
+}
+
+void DisplayItem::setProperty(PropertyList& list, const std::string& name, std::string value)
+{
+    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
+    if (it != list.end())
+        it->second = std::move(value);
+    else
+        list.emplace_back(name, std::move(value));
+}
+
+std::optional<std::string> DisplayItem::findProperty(const PropertyList& list, const std::string& name)
+{
+    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
+    if (it == list.end())
+        return std::nullopt;
+    return it->second;
+}
+
+} // namespace Brennvik

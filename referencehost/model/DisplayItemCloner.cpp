@@ -1,0 +1,178 @@
+#include "DisplayItemCloner.h"
+
+#include "DisplayItem.h"
+#include "LabelableItem.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+namespace Brennvik {
+
+namespace {
+
+const DisplayItem* findFirstByName(const DisplayItem& root, const std::string& name)
+{
+    if (root.getDisplayName() == name)
+        return &root;
+    for (const auto& child : root.children()) {
+        if (const DisplayItem* found = findFirstByName(*child, name))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DisplayItemCloner::DisplayItemCloner(std::vector<CloneDefect> defects)
+{
+    m_defects.reserve(defects.size());
+    for (auto& defect : defects)
+        m_defects.push_back({std::move(defect), nullptr, false});
+}
+
+std::shared_ptr<DisplayItem> DisplayItemCloner::cloneTree(const std::shared_ptr<DisplayItem>& root, bool applyDefects)
+{
+    if (!root)
+        return nullptr;
+    m_defectsActive = applyDefects;
+    for (auto& pending : m_defects)
+        pending.target = applyDefects && !pending.applied ? findFirstByName(*root, pending.defect.target) : nullptr;
+
+    // The root itself can be neither dropped nor shared: there is no parent to hold it.
+    auto copy = copyNode(*root);
+    copyChildren(*root, *copy);
+    appendAddedChildren(*root, *copy);
+
+    for (auto& pending : m_defects)
+        pending.target = nullptr;
+    m_defectsActive = false;
+    return copy;
+}
+
+void DisplayItemCloner::remapReferences()
+{
+    for (const auto& copy : m_copies)
+        copy->remapReferences(m_map);
+}
+
+const DisplayItemCloneMap& DisplayItemCloner::cloneMap() const
+{
+    return m_map;
+}
+
+std::vector<CloneDefect> DisplayItemCloner::unappliedDefects() const
+{
+    std::vector<CloneDefect> unapplied;
+    for (const auto& pending : m_defects) {
+        if (!pending.applied)
+            unapplied.push_back(pending.defect);
+    }
+    return unapplied;
+}
+
+std::shared_ptr<DisplayItem> DisplayItemCloner::copyNode(const DisplayItem& original)
+{
+    std::shared_ptr<DisplayItem> copy;
+    if (PendingDefect* changeType = defectFor(original, CloneDefect::Kind::ChangeChildType)) {
+        copy = copyAsOtherType(original);
+        changeType->applied = true;
+    } else {
+        copy = original.copyWithoutChildren();
+    }
+    if (PendingDefect* flip = defectFor(original, CloneDefect::Kind::FlipVisibility)) {
+        copy->m_visible = !copy->m_visible;
+        flip->applied = true;
+    }
+    if (PendingDefect* change = defectFor(original, CloneDefect::Kind::ChangePropertyValue))
+        change->applied = changeProperty(*copy, change->defect);
+
+    m_map.add(&original, copy);
+    m_copies.push_back(copy);
+    return copy;
+}
+
+void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& copy)
+{
+    copy.m_children.reserve(original.m_children.size());
+    for (const auto& child : original.m_children) {
+        if (PendingDefect* drop = defectFor(*child, CloneDefect::Kind::DropChild)) {
+            drop->applied = true;
+            recordSubtree(*child, false);
+            continue;
+        }
+        if (PendingDefect* share = defectFor(*child, CloneDefect::Kind::ShareChild)) {
+            // The original object goes into the copy's list as it is: its parent and
+            // display model stay those of the original tree.
+            share->applied = true;
+            copy.m_children.push_back(child);
+            recordSubtree(*child, true);
+            continue;
+        }
+        auto childCopy = copyNode(*child);
+        childCopy->m_parent = &copy;
+        copy.m_children.push_back(childCopy);
+        copyChildren(*child, *childCopy);
+        appendAddedChildren(*child, *childCopy);
+    }
+}
+
+void DisplayItemCloner::appendAddedChildren(const DisplayItem& original, DisplayItem& copy)
+{
+    if (PendingDefect* add = defectFor(original, CloneDefect::Kind::AddChild)) {
+        auto extra = std::make_shared<DisplayItem>(add->defect.value.empty() ? std::string("Unexpected child")
+                                                                              : add->defect.value);
+        extra->m_parent = &copy;
+        copy.m_children.push_back(extra);
+        add->applied = true;
+    }
+}
+
+void DisplayItemCloner::recordSubtree(const DisplayItem& original, bool shared)
+{
+    // A shared subtree is its own counterpart; a dropped one has none.
+    std::shared_ptr<DisplayItemInterface> counterpart;
+    if (shared)
+        counterpart = std::const_pointer_cast<DisplayItem>(original.shared_from_this());
+    m_map.add(&original, counterpart);
+    for (const auto& child : original.m_children)
+        recordSubtree(*child, shared);
+}
+
+DisplayItemCloner::PendingDefect* DisplayItemCloner::defectFor(const DisplayItem& item, CloneDefect::Kind kind)
+{
+    if (!m_defectsActive)
+        return nullptr;
+    const auto it = std::find_if(m_defects.begin(), m_defects.end(), [&item, kind](const PendingDefect& p) {
+        return p.target == &item && p.defect.kind == kind && !p.applied;
+    });
+    return it != m_defects.end() ? &*it : nullptr;
+}
+
+std::shared_ptr<DisplayItem> DisplayItemCloner::copyAsOtherType(const DisplayItem& original)
+{
+    std::shared_ptr<DisplayItem> copy;
+    if (typeid(original) == typeid(DisplayItem))
+        copy = std::make_shared<LabelableItem>(original.getDisplayName(), std::string(), false);
+    else
+        copy = std::make_shared<DisplayItem>(original.getDisplayName());
+    copy->copyStateFrom(original);
+    return copy;
+}
+
+bool DisplayItemCloner::changeProperty(DisplayItem& copy, const CloneDefect& defect)
+{
+    auto& properties = copy.m_displayProperties;
+    auto it = properties.begin();
+    if (!defect.property.empty())
+        it = std::find_if(properties.begin(), properties.end(),
+                          [&defect](const Property& p) { return p.first == defect.property; });
+    if (it == properties.end())
+        return false;
+    std::string changed = defect.value.empty() ? it->second + " (cloned)" : defect.value;
+    if (changed == it->second)
+        return false; // the same value would be no defect at all
+    it->second = std::move(changed);
+    return true;
+}
+
+} // namespace Brennvik

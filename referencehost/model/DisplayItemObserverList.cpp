@@ -1,0 +1,156 @@
+#include "DisplayItemObserverList.h"
+
+#include <algorithm>
+
+namespace Brennvik {
+
+namespace {
+
+bool sameItem(const std::weak_ptr<DisplayItemInterface>& a, const std::weak_ptr<DisplayItemInterface>& b)
+{
+    // Compares control blocks, so it still works once the item has expired.
+    return !a.owner_before(b) && !b.owner_before(a);
+}
+
+} // namespace
+
+DisplayItemObserverList::DisplayItemObserverList(std::weak_ptr<DisplayItemInterface> owner)
+    : m_owner(std::move(owner))
+{
+}
+
+DisplayItemObserverList::~DisplayItemObserverList()
+{
+    clear();
+}
+
+void DisplayItemObserverList::setOwner(std::weak_ptr<DisplayItemInterface> owner)
+{
+    for (const Registration& registration : m_registrations)
+        forgetOwner(*registration.observer);
+    m_owner = std::move(owner);
+    for (const Registration& registration : m_registrations)
+        rememberOwner(*registration.observer);
+}
+
+void DisplayItemObserverList::add(DisplayItemEventObserver* observer)
+{
+    if (!observer || contains(observer))
+        return;
+    m_registrations.push_back({observer, m_nextSerial++});
+    rememberOwner(*observer);
+}
+
+void DisplayItemObserverList::remove(DisplayItemEventObserver* observer)
+{
+    const auto it = std::find_if(m_registrations.begin(), m_registrations.end(),
+                                 [observer](const Registration& r) { return r.observer == observer; });
+    if (!observer || it == m_registrations.end())
+        return;
+    m_registrations.erase(it);
+    forgetOwner(*observer);
+}
+
+void DisplayItemObserverList::clear()
+{
+    // Take the registrations out first: forgetting may not call back into us,
+    // but the list must be empty whatever happens.
+    const std::vector<Registration> registrations = std::move(m_registrations);
+    m_registrations.clear();
+    for (const Registration& registration : registrations)
+        forgetOwner(*registration.observer);
+}
+
+bool DisplayItemObserverList::contains(const DisplayItemEventObserver* observer) const
+{
+    return std::any_of(m_registrations.begin(), m_registrations.end(),
+                       [observer](const Registration& r) { return r.observer == observer; });
+}
+
+std::size_t DisplayItemObserverList::size() const
+{
+    return m_registrations.size();
+}
+
+bool DisplayItemObserverList::empty() const
+{
+    return m_registrations.empty();
+}
+
+bool DisplayItemObserverList::isRegistered(const Registration& registration) const
+{
+    return std::any_of(m_registrations.begin(), m_registrations.end(), [&registration](const Registration& r) {
+        return r.observer == registration.observer && r.serial == registration.serial;
+    });
+}
+
+void DisplayItemObserverList::dispatch(const std::function<void(DisplayItemEventObserver&)>& event) const
+{
+    if (m_registrations.empty())
+        return;
+    const std::vector<Registration> snapshot = m_registrations;
+    for (const Registration& registration : snapshot) {
+        // Observers are cheap to check and lists are short; a linear lookup keeps
+        // the book simple and correct under any re-entrant change.
+        if (isRegistered(registration))
+            event(*registration.observer);
+    }
+}
+
+void DisplayItemObserverList::notifyPropertiesChanged(const std::shared_ptr<DisplayItemInterface>& item) const
+{
+    dispatch([&item](DisplayItemEventObserver& o) { o.onPropertiesChangedEvent(item); });
+}
+
+void DisplayItemObserverList::notifyVisualPropertiesChanged(const std::shared_ptr<DisplayItemInterface>& item) const
+{
+    dispatch([&item](DisplayItemEventObserver& o) { o.onVisualPropertiesChangedEvent(item); });
+}
+
+void DisplayItemObserverList::notifyItemsAdded(const DisplayItemList& items) const
+{
+    dispatch([&items](DisplayItemEventObserver& o) { o.onDisplayItemsAddedEvent(items); });
+}
+
+void DisplayItemObserverList::notifyItemsRemoved(const DisplayItemSet& items) const
+{
+    dispatch([&items](DisplayItemEventObserver& o) { o.onDisplayItemsRemovedEvent(items); });
+}
+
+void DisplayItemObserverList::notifyPreDisplayUpdate() const
+{
+    dispatch([](DisplayItemEventObserver& o) { o.onPreDisplayUpdateEvent(); });
+}
+
+void DisplayItemObserverList::notifyPostDisplayUpdate() const
+{
+    dispatch([](DisplayItemEventObserver& o) { o.onPostDisplayUpdateEvent(); });
+}
+
+void DisplayItemObserverList::notifyChildOverallVisibilityChanged(bool visible) const
+{
+    dispatch([visible](DisplayItemEventObserver& o) { o.onChildOverallVisibilityChangedEvent(visible); });
+}
+
+void DisplayItemObserverList::rememberOwner(DisplayItemEventObserver& observer) const
+{
+    if (sameItem(m_owner, std::weak_ptr<DisplayItemInterface>{}))
+        return; // no owner known yet
+    auto& items = observer.m_observedItems;
+    const bool known = std::any_of(items.begin(), items.end(),
+                                   [this](const std::weak_ptr<DisplayItemInterface>& w) { return sameItem(w, m_owner); });
+    if (!known)
+        items.push_back(m_owner);
+}
+
+void DisplayItemObserverList::forgetOwner(DisplayItemEventObserver& observer) const
+{
+    auto& items = observer.m_observedItems;
+    items.erase(std::remove_if(items.begin(), items.end(),
+                               [this](const std::weak_ptr<DisplayItemInterface>& w) {
+                                   return sameItem(w, m_owner) || w.expired();
+                               }),
+                items.end());
+}
+
+} // namespace Brennvik

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "DisplayItem.h"
+
+#include <hostcontract/GeometryModuleDisplayItemInterface.h>
+
+namespace Brennvik {
+
+/// A geometry module: groups geometry items that have their own place in the
+/// tree (usually under the module's "Geometry" group child) and lists them a
+/// second time. The list holds weak references: an item that is gone drops out.
+/// Changing the list raises no event; readers take it when they need it.
+class BRENNVIK_HOST_EXPORT GeometryModuleItem : public DisplayItem, public GeometryModuleDisplayItemInterface
+{
+public:
+    explicit GeometryModuleItem(std::string displayName);
+    ~GeometryModuleItem() override;
+
+    /// The listed items that still exist, in the order they were added.
+    DisplayItemList getGeometryDisplayItems() const override;
+
+    /// Appends \a item to the list; an empty reference or an item already listed changes nothing.
+    void addGeometryDisplayItem(std::shared_ptr<DisplayItemInterface> item);
+    /// False when \a item is not listed.
+    bool removeGeometryDisplayItem(const DisplayItemInterface* item);
+    void clearGeometryDisplayItems();
+
+    std::string typeName() const override;
+    std::shared_ptr<DisplayItem> copyWithoutChildren() const override;
+    /// Re-points the list at the copies; entries whose item was left out of the copy are dropped.
+    void remapReferences(const DisplayItemCloneMap& map) override;
+
+protected:
+    /// ("geometry items", count).
+    void appendTypeProperties(PropertyList& displayItemProperties) const override;
+
+private:
+    std::vector<std::weak_ptr<DisplayItemInterface>> m_geometryItems;
+};
+
+} // namespace Brennvik

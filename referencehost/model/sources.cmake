@@ -1,0 +1,48 @@
+# Sources of the reference host's display model, relative to referencehost/.
+# Contract headers whose classes are implemented here are listed as well.
+set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItemEventObserver.h
+    model/DisplayItemEventObserver.cpp
+    model/DisplayItemObserverList.h
+    model/DisplayItemObserverList.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItemTreeTraverser.h
+    model/DisplayItemTreeTraverser.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/ShellDisplayItem.h
+    model/ShellDisplayItem.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/EditorDisplayItem.h
+    model/EditorDisplayItem.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/EditorDisplayModel.h
+    model/EditorDisplayModel.cpp
+    model/DisplayItem.h
+    model/DisplayItem.cpp
+    model/ShellItem.h
+    model/ShellItem.cpp
+    model/GeometryModuleItem.h
+    model/GeometryModuleItem.cpp
+    model/LabelableItem.h
+    model/LabelableItem.cpp
+    model/DisplayItemCloneMap.h
+    model/DisplayItemCloneMap.cpp
+    model/CloneDefect.h
+    model/CloneDefect.cpp
+    model/DisplayItemCloner.h
+    model/DisplayItemCloner.cpp
+    model/SceneContext.h
+    model/SceneContext.cpp
+    model/ProcessStepProvider.h
+    model/ProcessStepProvider.cpp
+    model/ToolKeySource.h
+    model/ToolKeySource.cpp
+    model/ToolKeyLookup.h
+    model/ToolKeyLookup.cpp
+    model/FixedEntryOwner.h
+    model/FixedEntryOwner.cpp
+    model/SceneDisplayModel.h
+    model/SceneDisplayModel.cpp
+    model/SceneViewModel.h
+    model/SceneViewModel.cpp
+    model/SceneDrawAreaPresenter.h
+    model/SceneDrawAreaPresenter.cpp
+    model/SampleModel.h
+    model/SampleModel.cpp
+)

@@ -1,0 +1,456 @@
+#include "RecordingObserver.h"
+#include "TestTree.h"
+
+#include <referencehost/model/DisplayItem.h>
+
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <stdexcept>
+
+using namespace Brennvik;
+using Brennvik::Test::RecordedEvent;
+using Brennvik::Test::RecordingObserver;
+
+Q_DECLARE_METATYPE(RecordedEvent::Type)
+
+namespace {
+
+QStringList names(const std::vector<std::string>& texts)
+{
+    QStringList list;
+    for (const auto& text : texts)
+        list << QString::fromStdString(text);
+    return list;
+}
+
+QStringList names(const DisplayItemList& items)
+{
+    QStringList list;
+    for (const auto& item : items)
+        list << QString::fromStdString(item->getDisplayName());
+    return list;
+}
+
+} // namespace
+
+class TestDisplayItem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void eventsAreRaisedInsideTheCall_data();
+    void eventsAreRaisedInsideTheCall();
+    void structure();
+    void insertChildPositions_data();
+    void insertChildPositions();
+    void movingAChildReparentsIt();
+    void invalidChildrenAreRefused();
+    void removeChildResults();
+    void removeChildrenRaisesOneEvent();
+    void childrenLoseTheirParentWithIt();
+    void resourcesFollowKeepResources();
+    void visibilityAndSelectionRaiseNothing();
+    void visualNotificationCount();
+    void getPropertiesContents();
+    void propertiesReplaceInPlace();
+    void numberOfDisplayItems_data();
+    void numberOfDisplayItems();
+    void collectSubtreeIsPreOrder();
+    void descriptionNamesTypeAndPath();
+    void copyWithoutChildren();
+};
+
+void TestDisplayItem::eventsAreRaisedInsideTheCall_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<RecordedEvent::Type>("type");
+    QTest::addColumn<QStringList>("carried");
+    QTest::addColumn<QString>("shapeAfter");
+
+    using T = RecordedEvent::Type;
+    QTest::newRow("appendChild") << "appendChild" << T::ItemsAdded << QStringList{"new"} << "root(a,b,new)";
+    QTest::newRow("insertChild") << "insertChild" << T::ItemsAdded << QStringList{"new"} << "root(a,new,b)";
+    QTest::newRow("appendChildren") << "appendChildren" << T::ItemsAdded << QStringList{"n1", "n2"}
+                                    << "root(a,b,n1,n2)";
+    QTest::newRow("removeChild") << "removeChild" << T::ItemsRemoved << QStringList{"a"} << "root(b)";
+    QTest::newRow("removeChildren") << "removeChildren" << T::ItemsRemoved << QStringList{"a", "b"} << "root";
+    QTest::newRow("setDisplayName") << "setDisplayName" << T::PropertiesChanged << QStringList{"renamed"}
+                                    << "renamed(a,b)";
+    QTest::newRow("setBusinessProperty") << "setBusinessProperty" << T::PropertiesChanged << QStringList{"root"}
+                                         << "root(a,b)";
+    QTest::newRow("setDisplayProperty") << "setDisplayProperty" << T::PropertiesChanged << QStringList{"root"}
+                                        << "root(a,b)";
+    QTest::newRow("notifyPropertiesChanged") << "notifyPropertiesChanged" << T::PropertiesChanged
+                                             << QStringList{"root"} << "root(a,b)";
+    QTest::newRow("notifyVisualPropertiesChanged") << "notifyVisualPropertiesChanged" << T::VisualPropertiesChanged
+                                                   << QStringList{"root"} << "root(a,b)";
+}
+
+void TestDisplayItem::eventsAreRaisedInsideTheCall()
+{
+    QFETCH(QString, action);
+    QFETCH(RecordedEvent::Type, type);
+    QFETCH(QStringList, carried);
+    QFETCH(QString, shapeAfter);
+
+    auto root = Test::buildTree({"root", {{"a"}, {"b"}}});
+    RecordingObserver observer;
+    RecordingObserver childObserver;
+    observer.registerToDisplayItem(root);
+    childObserver.registerToDisplayItem(root->childAt(0));
+
+    bool insideCall = false;
+    bool receivedInsideCall = false;
+    QString shapeAtEvent;
+    observer.setReaction([&](const RecordedEvent&) {
+        receivedInsideCall = insideCall;
+        // The change is complete when observers hear of it.
+        shapeAtEvent = QString::fromStdString(Test::treeShape(root));
+    });
+
+    insideCall = true;
+    if (action == "appendChild")
+        root->appendChild(std::make_shared<DisplayItem>("new"));
+    else if (action == "insertChild")
+        root->insertChild(1, std::make_shared<DisplayItem>("new"));
+    else if (action == "appendChildren")
+        root->appendChildren({std::make_shared<DisplayItem>("n1"), std::make_shared<DisplayItem>("n2")});
+    else if (action == "removeChild")
+        QCOMPARE(root->removeChild(root->childAt(0), false), RemoveChildResult::Removed);
+    else if (action == "removeChildren")
+        QCOMPARE(root->removeChildren({root->childAt(0), root->childAt(1)}), std::size_t(2));
+    else if (action == "setDisplayName")
+        root->setDisplayName("renamed");
+    else if (action == "setBusinessProperty")
+        root->setBusinessProperty("material", "DC04");
+    else if (action == "setDisplayProperty")
+        root->setDisplayProperty("color", "#ff0000");
+    else if (action == "notifyPropertiesChanged")
+        root->notifyPropertiesChanged();
+    else if (action == "notifyVisualPropertiesChanged")
+        root->notifyVisualPropertiesChanged();
+    else
+        QFAIL("unknown action");
+    insideCall = false;
+
+    QCOMPARE(observer.total(), 1);
+    QVERIFY(receivedInsideCall);
+    const RecordedEvent& event = observer.events().front();
+    QCOMPARE(event.type, type);
+    QStringList received = names(event.names);
+    if (type == RecordedEvent::Type::ItemsRemoved)
+        received.sort(); // a set has no meaningful order
+    QCOMPARE(received, carried);
+    if (type == RecordedEvent::Type::PropertiesChanged || type == RecordedEvent::Type::VisualPropertiesChanged)
+        QCOMPARE(event.items.front(), static_cast<const DisplayItemInterface*>(root.get()));
+    QCOMPARE(shapeAtEvent, shapeAfter);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), shapeAfter);
+    // Only the changed item's observers hear of it.
+    QCOMPARE(childObserver.total(), 0);
+}
+
+void TestDisplayItem::structure()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"a1"}, {"a2"}}}, {"b"}}});
+    QCOMPARE(root->childCount(), std::size_t(2));
+    QCOMPARE(root->getParent(), nullptr);
+    const auto a = root->childAt(0);
+    QCOMPARE(a->getParent(), static_cast<DisplayItemInterface*>(root.get()));
+    QCOMPARE(a->parentItem(), root.get());
+    QCOMPARE(a->childAt(1)->getDisplayName(), std::string("a2"));
+    QCOMPARE(root->childAt(5), nullptr);
+    QCOMPARE(root->indexOfChild(root->childAt(1).get()), 1);
+    QCOMPARE(root->indexOfChild(a->childAt(0).get()), -1);
+    QCOMPARE(names(root->getChildren()), (QStringList{"a", "b"}));
+    QCOMPARE(root->findByDisplayName("a2"), a->childAt(1));
+    QCOMPARE(root->findByDisplayName("missing"), nullptr);
+    QCOMPARE(a->childAt(1)->path(), std::string("root/a/a2"));
+}
+
+void TestDisplayItem::insertChildPositions_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("shape");
+    QTest::newRow("front") << 0 << "root(new,a,b)";
+    QTest::newRow("middle") << 1 << "root(a,new,b)";
+    QTest::newRow("end") << 2 << "root(a,b,new)";
+}
+
+void TestDisplayItem::insertChildPositions()
+{
+    QFETCH(int, index);
+    QFETCH(QString, shape);
+    auto root = Test::buildTree({"root", {{"a"}, {"b"}}});
+    root->insertChild(static_cast<std::size_t>(index), std::make_shared<DisplayItem>("new"));
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), shape);
+    QVERIFY_EXCEPTION_THROWN(root->insertChild(4, std::make_shared<DisplayItem>("late")), std::out_of_range);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), shape);
+}
+
+void TestDisplayItem::movingAChildReparentsIt()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"x"}}}, {"b"}}});
+    const auto a = root->childAt(0);
+    const auto b = root->childAt(1);
+    const auto x = a->childAt(0);
+    RecordingObserver aObserver;
+    RecordingObserver bObserver;
+    aObserver.registerToDisplayItem(a);
+    bObserver.registerToDisplayItem(b);
+
+    b->appendChild(x);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(a,b(x))"));
+    QCOMPARE(x->parentItem(), b.get());
+    QCOMPARE(aObserver.count(RecordedEvent::Type::ItemsRemoved), 1);
+    QCOMPARE(bObserver.count(RecordedEvent::Type::ItemsAdded), 1);
+    // Moving keeps the resources: the item is drawn again at once.
+    QVERIFY(!x->resourcesReleased());
+
+    // Moving within one parent.
+    root->insertChild(0, b);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(b(x),a)"));
+    root->insertChild(2, b);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(a,b(x))"));
+}
+
+void TestDisplayItem::invalidChildrenAreRefused()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"a1"}}}}});
+    const auto a = root->childAt(0);
+    RecordingObserver observer;
+    observer.registerToDisplayItem(a);
+    QVERIFY_EXCEPTION_THROWN(a->appendChild(nullptr), std::invalid_argument);
+    QVERIFY_EXCEPTION_THROWN(a->appendChild(a), std::invalid_argument);
+    QVERIFY_EXCEPTION_THROWN(a->appendChild(root), std::invalid_argument);
+    const auto extra = std::make_shared<DisplayItem>("extra");
+    QVERIFY_EXCEPTION_THROWN(a->appendChildren({extra, extra}), std::invalid_argument);
+    QVERIFY_EXCEPTION_THROWN(a->appendChildren({extra, nullptr}), std::invalid_argument);
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(a(a1))"));
+    QCOMPARE(extra->getParent(), nullptr);
+    QCOMPARE(observer.total(), 0);
+}
+
+void TestDisplayItem::removeChildResults()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"a1"}}}, {"b"}}});
+    RecordingObserver observer;
+    observer.registerToDisplayItem(root);
+    const auto grandchild = root->childAt(0)->childAt(0);
+
+    QCOMPARE(root->removeChild(nullptr, false), RemoveChildResult::NotAChild);
+    QCOMPARE(root->removeChild(grandchild, false), RemoveChildResult::NotAChild);
+    QCOMPARE(root->removeChild(std::make_shared<DisplayItem>("stranger"), false), RemoveChildResult::NotAChild);
+    QCOMPARE(observer.total(), 0);
+
+    const auto a = root->childAt(0);
+    QCOMPARE(root->removeChild(a, false), RemoveChildResult::Removed);
+    QCOMPARE(a->getParent(), nullptr);
+    QCOMPARE(grandchild->parentItem(), a.get()); // the subtree stays whole
+    QCOMPARE(root->removeChild(a, false), RemoveChildResult::NotAChild);
+    QCOMPARE(observer.total(), 1);
+    QCOMPARE(observer.events().front().items.front(), static_cast<const DisplayItemInterface*>(a.get()));
+}
+
+void TestDisplayItem::removeChildrenRaisesOneEvent()
+{
+    auto root = Test::buildTree({"root", {{"a"}, {"b"}, {"c"}}});
+    RecordingObserver observer;
+    observer.registerToDisplayItem(root);
+    const auto stranger = std::make_shared<DisplayItem>("stranger");
+    QCOMPARE(root->removeChildren({root->childAt(0), root->childAt(2), stranger, nullptr}), std::size_t(2));
+    QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(b)"));
+    QCOMPARE(observer.total(), 1);
+    QCOMPARE(observer.events().front().items.size(), std::size_t(2));
+
+    QCOMPARE(root->removeChildren({stranger}), std::size_t(0));
+    QCOMPARE(observer.total(), 1); // nothing removed, nothing raised
+}
+
+void TestDisplayItem::childrenLoseTheirParentWithIt()
+{
+    std::shared_ptr<DisplayItem> survivor;
+    {
+        auto root = Test::buildTree({"root", {{"a", {{"a1"}}}}});
+        survivor = root->childAt(0);
+    }
+    QCOMPARE(survivor->getParent(), nullptr);
+    QCOMPARE(survivor->path(), std::string("a"));
+    QCOMPARE(survivor->childAt(0)->parentItem(), survivor.get());
+}
+
+void TestDisplayItem::resourcesFollowKeepResources()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"a1"}}}, {"b"}}});
+    const auto a = root->childAt(0);
+    const auto b = root->childAt(1);
+    root->removeChild(a, false);
+    QVERIFY(a->resourcesReleased());
+    QVERIFY(a->childAt(0)->resourcesReleased());
+    root->removeChild(b, true);
+    QVERIFY(!b->resourcesReleased());
+    root->appendChild(a);
+    QVERIFY(!a->resourcesReleased());
+    QVERIFY(!a->childAt(0)->resourcesReleased());
+}
+
+void TestDisplayItem::visibilityAndSelectionRaiseNothing()
+{
+    auto item = std::make_shared<DisplayItem>("item");
+    RecordingObserver observer;
+    observer.registerToDisplayItem(item);
+    QVERIFY(item->isVisible());
+    QVERIFY(!item->isSelected());
+    QVERIFY(item->isSelectionAllowed());
+    QVERIFY(item->isSelectable());
+
+    item->setVisible(false);
+    item->setSelected(true);
+    item->setSelectionAllowed(false);
+    item->setSelectable(false);
+    QVERIFY(!item->isVisible());
+    QVERIFY(item->isSelected());
+    QVERIFY(!item->isSelectionAllowed());
+    QVERIFY(!item->isSelectable());
+    // The item does not police its own flags: callers honour them.
+    item->setSelected(false);
+    QVERIFY(!item->isSelected());
+    QCOMPARE(observer.total(), 0);
+}
+
+void TestDisplayItem::visualNotificationCount()
+{
+    auto item = std::make_shared<DisplayItem>("item");
+    QCOMPARE(item->visualNotificationCount(), 0);
+    item->notifyVisualPropertiesChanged();
+    item->notifyVisualPropertiesChanged();
+    item->setVisible(false);
+    QCOMPARE(item->visualNotificationCount(), 2);
+}
+
+void TestDisplayItem::getPropertiesContents()
+{
+    auto item = std::make_shared<DisplayItem>("item");
+    item->setBusinessProperty("material", "DC04");
+    item->setBusinessProperty("thickness", "1.20 mm");
+    item->setDisplayProperty("color", "#ff8000");
+
+    PropertyList business{{"kept", "first"}};
+    PropertyList display;
+    item->getProperties(business, display);
+
+    const QRegularExpression hex("^0x[0-9a-f]+$");
+    QCOMPARE(business.size(), std::size_t(4));
+    auto it = business.begin();
+    QCOMPARE(it->first, std::string("kept")); // appended, not replaced
+    ++it;
+    QCOMPARE(it->first, std::string("pointer"));
+    QVERIFY2(hex.match(QString::fromStdString(it->second)).hasMatch(), it->second.c_str());
+    QCOMPARE(it->second, DisplayItem::addressText(item.get()));
+    ++it;
+    QCOMPARE(*it, (Property{"material", "DC04"}));
+    ++it;
+    QCOMPARE(*it, (Property{"thickness", "1.20 mm"}));
+
+    QCOMPARE(display.size(), std::size_t(3));
+    it = display.begin();
+    QCOMPARE(it->first, std::string("pointer (DisplayItemInterface)"));
+    QVERIFY(hex.match(QString::fromStdString(it->second)).hasMatch());
+    QCOMPARE(it->second, DisplayItem::addressText(static_cast<const DisplayItemInterface*>(item.get())));
+    ++it;
+    QCOMPARE(*it, (Property{"display item type", "DisplayItem"}));
+    ++it;
+    QCOMPARE(*it, (Property{"color", "#ff8000"}));
+
+    // Another item has other addresses.
+    auto other = std::make_shared<DisplayItem>("item");
+    PropertyList otherBusiness;
+    PropertyList otherDisplay;
+    other->getProperties(otherBusiness, otherDisplay);
+    QVERIFY(otherBusiness.front().second != std::next(business.begin())->second);
+    QVERIFY(otherDisplay.front().second != display.front().second);
+}
+
+void TestDisplayItem::propertiesReplaceInPlace()
+{
+    auto item = std::make_shared<DisplayItem>("item");
+    item->setDisplayProperty("color", "red");
+    item->setDisplayProperty("line width", "2");
+    item->setDisplayProperty("color", "blue");
+    QCOMPARE(item->displayProperties(), (PropertyList{{"color", "blue"}, {"line width", "2"}}));
+    QCOMPARE(item->displayProperty("color"), std::optional<std::string>("blue"));
+    QCOMPARE(item->displayProperty("missing"), std::optional<std::string>());
+    item->setBusinessProperty("id", "7");
+    QCOMPARE(item->businessProperty("id"), std::optional<std::string>("7"));
+    QCOMPARE(item->businessProperties().size(), std::size_t(1));
+}
+
+void TestDisplayItem::numberOfDisplayItems_data()
+{
+    QTest::addColumn<QString>("which");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("root") << "root" << 6;
+    QTest::newRow("inner") << "a" << 3;
+    QTest::newRow("leaf") << "b1" << 1;
+}
+
+void TestDisplayItem::numberOfDisplayItems()
+{
+    QFETCH(QString, which);
+    QFETCH(int, expected);
+    auto root = Test::buildTree({"root", {{"a", {{"a1"}, {"a2"}}}, {"b", {{"b1"}}}}});
+    const auto item = root->findByDisplayName(which.toStdString());
+    QVERIFY(item);
+    QCOMPARE(item->getNumberOfDisplayItems(), std::uint64_t(expected));
+}
+
+void TestDisplayItem::collectSubtreeIsPreOrder()
+{
+    auto root = Test::buildTree({"root", {{"a", {{"a1", {}, false}, {"a2"}}, false}, {"b"}}});
+    DisplayItemList hide;
+    root->collectSubtree(hide);
+    QCOMPARE(names(hide), (QStringList{"root", "a", "a1", "a2", "b"}));
+    DisplayItemList show;
+    root->childAt(0)->collectSubtreeToShow(show);
+    // Hidden items are included: showing acts on the whole subtree.
+    QCOMPARE(names(show), (QStringList{"a", "a1", "a2"}));
+    QCOMPARE(show.front().get(), static_cast<DisplayItemInterface*>(root->childAt(0).get()));
+}
+
+void TestDisplayItem::descriptionNamesTypeAndPath()
+{
+    auto root = Test::buildTree({"Simulation", {{"Process", {{"OP10"}}}}});
+    const auto op10 = root->findByDisplayName("OP10");
+    QCOMPARE(op10->getDescription(), std::string("DisplayItem \"OP10\" at Simulation/Process/OP10"));
+    QCOMPARE(root->getDescription(), std::string("DisplayItem \"Simulation\" at Simulation"));
+}
+
+void TestDisplayItem::copyWithoutChildren()
+{
+    auto root = Test::buildTree({"root", {{"a"}}});
+    root->setVisible(false);
+    root->setSelected(true);
+    root->setSelectionAllowed(false);
+    root->setSelectable(false);
+    root->setBusinessProperty("id", "1");
+    root->setDisplayProperty("color", "red");
+    RecordingObserver observer;
+    observer.registerToDisplayItem(root);
+
+    const auto copy = root->copyWithoutChildren();
+    QVERIFY(copy != root);
+    QCOMPARE(copy->typeName(), std::string("DisplayItem"));
+    QCOMPARE(copy->getDisplayName(), std::string("root"));
+    QCOMPARE(copy->childCount(), std::size_t(0));
+    QCOMPARE(copy->getParent(), nullptr);
+    QCOMPARE(copy->observerCount(), std::size_t(0));
+    QVERIFY(!copy->isVisible());
+    QVERIFY(copy->isSelected());
+    QVERIFY(!copy->isSelectionAllowed());
+    QVERIFY(!copy->isSelectable());
+    QCOMPARE(copy->businessProperties(), root->businessProperties());
+    QCOMPARE(copy->displayProperties(), root->displayProperties());
+}
+
+QTEST_GUILESS_MAIN(TestDisplayItem)
+#include "tst_displayitem.moc"

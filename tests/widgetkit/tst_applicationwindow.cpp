@@ -1,0 +1,82 @@
+#include <hostcontract/ApplicationWindow.h>
+
+#include <QGuiApplication>
+#include <QTest>
+#include <QWidget>
+#include <QWindow>
+
+#include <memory>
+
+using namespace Brennvik;
+
+class TestApplicationWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void noWindowAtAll();
+    void fallsBackToAShownWindow();
+    void registeredWindowWins();
+    void registeredWindowIsForgottenWhenDestroyed();
+    void devicePixelRatio();
+};
+
+void TestApplicationWindow::noWindowAtAll()
+{
+    QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
+    QCOMPARE(getWindow(), static_cast<QWindow*>(nullptr));
+}
+
+void TestApplicationWindow::fallsBackToAShownWindow()
+{
+    QWidget hidden;
+    hidden.winId(); // a window that exists but is not shown
+    QWidget shown;
+    shown.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&shown));
+
+    QWindow* window = getWindow();
+    QVERIFY(window);
+    QVERIFY(window == QGuiApplication::focusWindow() || window == shown.windowHandle());
+    QVERIFY(window != hidden.windowHandle());
+
+    shown.activateWindow();
+    if (QTest::qWaitForWindowActive(&shown))
+        QCOMPARE(getWindow(), shown.windowHandle());
+}
+
+void TestApplicationWindow::registeredWindowWins()
+{
+    QWidget main;
+    main.winId();
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+
+    setApplicationWindow(main.windowHandle());
+    QCOMPARE(getWindow(), main.windowHandle());
+    setApplicationWindow(nullptr);
+    QVERIFY(getWindow() != main.windowHandle());
+}
+
+void TestApplicationWindow::registeredWindowIsForgottenWhenDestroyed()
+{
+    auto window = std::make_unique<QWindow>();
+    setApplicationWindow(window.get());
+    QCOMPARE(getWindow(), window.get());
+    window.reset();
+    QCOMPARE(getWindow(), static_cast<QWindow*>(nullptr));
+}
+
+void TestApplicationWindow::devicePixelRatio()
+{
+    QCOMPARE(getDevicePixelRatio(nullptr), qApp->devicePixelRatio());
+    QWidget widget;
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    QCOMPARE(getDevicePixelRatio(widget.windowHandle()), widget.windowHandle()->devicePixelRatio());
+    QVERIFY(getDevicePixelRatio(widget.windowHandle()) > 0.0);
+}
+
+QTEST_MAIN(TestApplicationWindow)
+#include "tst_applicationwindow.moc"
