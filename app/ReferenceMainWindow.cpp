@@ -1,11 +1,13 @@
 #include "ReferenceMainWindow.h"
 
+#include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 
 #include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneDrawAreaPresenter.h>
 #include <referencehost/model/SceneViewModel.h>
 
 #include <QHeaderView>
@@ -31,8 +33,10 @@ void addRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterf
 ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewModel, QWidget* parent)
     : QMainWindow(parent)
     , m_viewModel(std::move(viewModel))
+    , m_drawAreaPresenter(std::make_unique<SceneDrawAreaPresenter>())
     , m_tree(new DisplayItemTreeWidget(this, true))
 {
+    m_drawAreaPresenter->showViewModel(m_viewModel);
     setWindowTitle(tr("Brennvik reference host"));
     m_tree->setObjectName(QStringLiteral("displayItemTree"));
     m_tree->setHeaderLabel(tr("Display items"));
@@ -43,6 +47,11 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
     viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
     viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
+
+    QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
+    debugMenu->setObjectName(QStringLiteral("debugMenu"));
+    QAction* displayModelAction = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
+    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
 
     // Rows without a dialog follow their items' visibility but not the tree's
     // structure: after an update that changed the number of items, the tree
@@ -62,8 +71,31 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
 
 ReferenceMainWindow::~ReferenceMainWindow()
 {
+    // The dialog goes first: it may hand the presenter its view model back.
+    delete m_displayModelDialog;
     if (auto* displayModel = dynamic_cast<SceneDisplayModel*>(m_viewModel->getDisplayModel()))
         displayModel->setUpdateCallback({});
+}
+
+DisplayModelDialog* ReferenceMainWindow::openDisplayModelDialog()
+{
+    if (!m_displayModelDialog) {
+        // As the application's Debug menu does it: parent, view model, draw area.
+        m_displayModelDialog = new DisplayModelDialog(this);
+        m_displayModelDialog->setViewModel(m_viewModel);
+        m_displayModelDialog->setDrawAreaPresenter(m_drawAreaPresenter.get());
+    }
+    m_displayModelDialog->show();
+    m_displayModelDialog->raise();
+    return m_displayModelDialog;
+}
+
+QList<QWidget*> ReferenceMainWindow::openDialogs() const
+{
+    QList<QWidget*> dialogs;
+    if (m_displayModelDialog && m_displayModelDialog->isVisible())
+        dialogs << m_displayModelDialog;
+    return dialogs;
 }
 
 void ReferenceMainWindow::rebuildTree()

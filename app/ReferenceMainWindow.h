@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QMainWindow>
 
 #include <memory>
@@ -7,6 +8,8 @@
 namespace Brennvik {
 
 class DisplayItemTreeWidget;
+class DisplayModelDialog;
+class SceneDrawAreaPresenter;
 class SceneViewModel;
 
 /// Main window of the reference application: the display model of the
@@ -20,12 +23,19 @@ public:
 
     DisplayItemTreeWidget* displayItemTree() const { return m_tree; }
 
+    /// Opens the display model dialog of the Debug menu (made on first use).
+    DisplayModelDialog* openDisplayModelDialog();
+    /// The dialogs of the Debug menu that are open now.
+    QList<QWidget*> openDialogs() const;
+
 private:
     void rebuildTree();
     void updateStatus();
 
     std::shared_ptr<SceneViewModel> m_viewModel;
+    std::unique_ptr<SceneDrawAreaPresenter> m_drawAreaPresenter;
     DisplayItemTreeWidget* m_tree;
+    DisplayModelDialog* m_displayModelDialog = nullptr;
     quint64 m_shownItemCount = 0;
 };
 

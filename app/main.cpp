@@ -5,10 +5,43 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QPainter>
 #include <QPixmap>
 #include <QTimer>
 
 #include <cstdio>
+
+namespace {
+
+// The main window and every open dialog side by side, top-aligned.
+QPixmap renderWindows(const QList<QWidget*>& windows)
+{
+    constexpr int Gap = 12;
+    QList<QPixmap> shots;
+    int width = 0;
+    int height = 0;
+    for (QWidget* window : windows) {
+        const QPixmap shot = window->grab();
+        if (shot.isNull())
+            continue;
+        width += (shots.isEmpty() ? 0 : Gap) + shot.width();
+        height = qMax(height, shot.height());
+        shots << shot;
+    }
+    if (shots.isEmpty())
+        return QPixmap();
+    QPixmap canvas(width, height);
+    canvas.fill(QColor(0x4a, 0x4f, 0x55));
+    QPainter painter(&canvas);
+    int x = 0;
+    for (const QPixmap& shot : qAsConst(shots)) {
+        painter.drawPixmap(x, 0, shot);
+        x += shot.width() + Gap;
+    }
+    return canvas;
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -18,23 +51,56 @@ int main(int argc, char* argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Reference host application: a sample part and process shown as a live display model."));
+        QStringLiteral("Reference host application: a sample part and process shown as a live display model,\n"
+                       "with the debug dialogs in its Debug menu."));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
-                                              QStringLiteral("Render the main window to the PNG <file> and exit."),
-                                              QStringLiteral("file"));
+    const QCommandLineOption generateOption(
+        QStringLiteral("generate"), QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
+        QStringLiteral("n"));
+    const QCommandLineOption openOption(QStringLiteral("open"),
+                                        QStringLiteral("Open a dialog at start: display-model."),
+                                        QStringLiteral("name"));
+    const QCommandLineOption screenshotOption(
+        QStringLiteral("screenshot"),
+        QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."), QStringLiteral("file"));
+    parser.addOption(generateOption);
+    parser.addOption(openOption);
     parser.addOption(screenshotOption);
     parser.process(app);
 
-    Brennvik::ReferenceMainWindow window(Brennvik::buildSampleViewModel());
+    std::shared_ptr<Brennvik::SceneViewModel> viewModel;
+    if (parser.isSet(generateOption)) {
+        bool ok = false;
+        const qulonglong count = parser.value(generateOption).toULongLong(&ok);
+        if (!ok || count == 0 || count > 50'000'000ULL) {
+            std::fprintf(stderr, "brennvik-referenceapp: --generate expects a number of items from 1 to 50000000, got '%s'\n",
+                         qPrintable(parser.value(generateOption)));
+            return 2;
+        }
+        viewModel = Brennvik::buildSyntheticViewModel(static_cast<std::size_t>(count), 1);
+    } else {
+        viewModel = Brennvik::buildSampleViewModel();
+    }
+
+    Brennvik::ReferenceMainWindow window(viewModel);
     window.show();
+
+    for (const QString& name : parser.values(openOption)) {
+        if (name == QLatin1String("display-model")) {
+            window.openDisplayModelDialog();
+        } else {
+            std::fprintf(stderr, "brennvik-referenceapp: unknown dialog '%s' for --open (known: display-model)\n",
+                         qPrintable(name));
+            return 2;
+        }
+    }
 
     if (parser.isSet(screenshotOption)) {
         const QString file = parser.value(screenshotOption);
-        // Rendered once the window has been laid out by the event loop.
+        // Rendered once the windows have been laid out by the event loop.
         QTimer::singleShot(0, &window, [&]() {
-            const QPixmap shot = window.grab();
+            const QPixmap shot = renderWindows(QList<QWidget*>{&window} + window.openDialogs());
             if (shot.isNull() || !shot.save(file, "PNG")) {
                 std::fprintf(stderr, "brennvik-referenceapp: cannot write screenshot %s\n", qPrintable(file));
                 QApplication::exit(1);

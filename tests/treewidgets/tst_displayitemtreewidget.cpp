@@ -3,6 +3,9 @@
 
 #include <referencehost/model/DisplayItem.h>
 #include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 
 #include "../common/ContextMenuDriver.h"
 #include "../common/DebugIcons.h"
@@ -47,6 +50,26 @@ DisplayItemTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text)
     return rows.isEmpty() ? nullptr : dynamic_cast<DisplayItemTreeWidgetItem*>(rows.first());
 }
 
+// A parent that hands removal requests to the host's queue instead of
+// carrying them out at once, so that a test can look at the rows between
+// the request and the host's removed event.
+class QueuedRemovalItem : public DisplayItem
+{
+public:
+    using DisplayItem::DisplayItem;
+    RemoveChildResult removeChild(std::shared_ptr<DisplayItemInterface> child, bool keepResources) override
+    {
+        queued.push_back(child);
+        return RemoveChildResult::Removed;
+    }
+    void carryOutQueuedRemovals()
+    {
+        for (const auto& child : std::exchange(queued, {}))
+            DisplayItem::removeChild(child, false);
+    }
+    std::vector<std::shared_ptr<DisplayItemInterface>> queued;
+};
+
 } // namespace
 
 class tst_DisplayItemTreeWidget : public QObject
@@ -75,6 +98,7 @@ private slots:
     void subtreeEntries();
     void subtreeEntryOnLeafLeavesAncestors();
     void rowRemovedWhileMenuIsOpen();
+    void deleteRemovesRowWhenTheRemovedEventReachesTheDialog();
     void dfsIndexRoundTrip();
     void dfsIndexOfMissingRow();
     void modelIndexAccess();
@@ -386,6 +410,55 @@ void tst_DisplayItemTreeWidget::rowRemovedWhileMenuIsOpen()
     // The entry found no row to act on: nothing changed, no update was asked.
     QVERIFY(blank->isVisible());
     QCOMPARE(m_model->visibilityUpdateCount(), 0);
+}
+
+void tst_DisplayItemTreeWidget::deleteRemovesRowWhenTheRemovedEventReachesTheDialog()
+{
+    auto viewModel = std::make_shared<SceneViewModel>();
+    auto root = std::make_shared<DisplayItem>("Root");
+    auto tools = std::make_shared<QueuedRemovalItem>("Tools");
+    auto punch = std::make_shared<DisplayItem>("Punch");
+    punch->appendChild(std::make_shared<DisplayItem>("Punch radius"));
+    tools->appendChild(std::make_shared<DisplayItem>("Upper die"));
+    tools->appendChild(punch);
+    root->appendChild(tools);
+    viewModel->displayModel().setRootDisplayItem(root);
+
+    DisplayModelDialog dialog(nullptr);
+    dialog.setViewModel(viewModel);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    DisplayItemTreeWidget* tree = dialog.m_displayItemTreeWidget;
+    tree->expandAll();
+    DisplayItemTreeWidgetItem* toolsRow = rowNamed(tree, "Tools");
+    QVERIFY(toolsRow);
+    QCOMPARE(toolsRow->childCount(), 2);
+
+    const auto visit = rightClick(tree, centreOf(tree, rowNamed(tree, "Punch")), DeleteEntry);
+    QVERIFY(visit.triggered);
+
+    // Asked for, not yet done by the host: the row stays.
+    QCOMPARE(tools->queued.size(), std::size_t(1));
+    QCOMPARE(tools->queued.front().get(), punch.get());
+    QCOMPARE(viewModel->displayModel().displayUpdateCount(2), 1);
+    QCOMPARE(toolsRow->childCount(), 2);
+    QVERIFY(rowNamed(tree, "Punch"));
+
+    // The host's removed event reaches the parent row, and the dialog drops the row with its subtree.
+    tools->carryOutQueuedRemovals();
+    QCOMPARE(toolsRow->childCount(), 1);
+    QCOMPARE(toolsRow->child(0)->text(0), QStringLiteral("Upper die"));
+    QVERIFY(!rowNamed(tree, "Punch"));
+    QVERIFY(!rowNamed(tree, "Punch radius"));
+    QCOMPARE(punch->observerCount(), std::size_t(0));
+
+    // The remaining child goes the same way.
+    const auto second = rightClick(tree, centreOf(tree, rowNamed(tree, "Upper die")), DeleteEntry);
+    QVERIFY(second.triggered);
+    QCOMPARE(tools->queued.size(), std::size_t(1));
+    QCOMPARE(toolsRow->childCount(), 1);
+    tools->carryOutQueuedRemovals();
+    QCOMPARE(toolsRow->childCount(), 0);
 }
 
 void tst_DisplayItemTreeWidget::dfsIndexRoundTrip()
