@@ -1,9 +1,10 @@
 #include "DisplayItemTreeWidgetItem.h"
 
+#include "RowText.h"
+
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 
 #include <hostcontract/DisplayItemInterface.h>
-#include <hostcontract/ShellDisplayItem.h>
 
 #include <QIcon>
 #include <QString>
@@ -168,21 +169,12 @@ void DisplayItemTreeWidgetItem::init()
     setVisiblityIcon();
 
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
-    QString text;
-    if (item) {
-        text = QString::fromStdString(item->getDisplayName());
-        if (const auto shell = std::dynamic_pointer_cast<ShellDisplayItem>(item)) {
-            text += QStringLiteral(" [");
-            text += QString::fromStdString(shell->getShellTypeAndNameAsString());
-            text += QStringLiteral("]");
-        }
-    }
-    setText(0, text);
+    setText(0, rowText(item));
 
     // The constructors set the index to -1 just before, so column 1 stays empty
     // on a new row; callers read the index back through getItemIndex.
     if (m_itemIndex >= 0)
-        setText(1, QString::number(m_itemIndex, 10));
+        setText(1, rowIndexText(m_itemIndex));
 
     registerToDisplayItem(item);
 }

@@ -1,17 +1,15 @@
 #include "EditModelTreeWidgetItem.h"
 
+#include "RowText.h"
+
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 
 #include <hostcontract/EditorDisplayItem.h>
 #include <hostcontract/EditorDisplayUpdateViewsInterface.h>
-#include <hostcontract/ShellDisplayItem.h>
-
-#include <boost/lexical_cast.hpp>
 
 #include <QIcon>
 #include <QString>
 
-#include <string>
 
 namespace Brennvik {
 
@@ -76,21 +74,11 @@ void EditModelTreeWidgetItem::init(int itemIndex)
 {
     setVisiblityIcon();
 
-    const std::shared_ptr<EditorDisplayItem> item = m_editorDisplayItem.lock();
-    QString text;
-    if (item) {
-        text = QString::fromStdString(item->getDisplayName());
-        // A primitive may also be a shell; it is then named like a shell's display item row.
-        if (const auto shell = std::dynamic_pointer_cast<ShellDisplayItem>(item)) {
-            text += QStringLiteral(" [");
-            text += QString::fromStdString(shell->getShellTypeAndNameAsString());
-            text += QStringLiteral("]");
-        }
-    }
-    setText(0, text);
+    // A primitive may also be a shell; it is then named like a shell's display item row.
+    setText(0, rowText(m_editorDisplayItem.lock()));
 
     if (itemIndex >= 0)
-        setText(1, QString::fromStdString(boost::lexical_cast<std::string>(itemIndex)));
+        setText(1, rowIndexText(itemIndex));
 }
 
 void EditModelTreeWidgetItem::setVisiblityIcon()
