@@ -15,10 +15,12 @@
 #include <hostcontract/LabelableDisplayItemInterface.h>
 #include <hostcontract/ViewModelInterface.h>
 
+#include <QBrush>
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLayout>
 #include <QLayoutItem>
+#include <QPushButton>
 #include <QStringList>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -60,6 +62,102 @@ void fillPropertyPane(QTreeWidget* pane, const PropertyList& properties)
         rows.append(row);
     }
     pane->addTopLevelItems(rows);
+}
+
+// Fills a cloned property pane with \a cloned and colours each value against
+// the pair at the same position of \a original: red when it differs, light
+// grey when it is equal or not compared. Returns whether a value differed.
+// Pointer values always differ between a model and its copy, so they count as equal.
+bool fillComparedPane(QTreeWidget* pane, const PropertyList& cloned, const PropertyList& original, bool compare)
+{
+    if (pane)
+        pane->clear();
+    bool differs = false;
+    auto originalIt = original.cbegin();
+    for (const Property& property : cloned) {
+        bool equal = true;
+        if (compare && !original.empty()) {
+            // A value beyond the end of the original list has nothing to equal.
+            equal = originalIt != original.cend() && originalIt->second == property.second;
+            if (property.first == "pointer" || property.first == "pointer (DisplayItemInterface)")
+                equal = true;
+        }
+        if (originalIt != original.cend())
+            ++originalIt;
+        if (!equal)
+            differs = true;
+        if (!pane)
+            continue;
+        const QString value = QString::fromStdString(property.second);
+        auto* row = new QTreeWidgetItem(pane, QStringList{QString::fromStdString(property.first), value});
+        row->setToolTip(1, value);
+        row->setForeground(1, QBrush(equal ? Qt::lightGray : Qt::red, Qt::SolidPattern));
+    }
+    return differs;
+}
+
+// Whether the row's display item has a property matching the search. With an
+// empty name fragment ("Any (*)") only the value counts. Both tests ignore case.
+bool rowMatches(QTreeWidgetItem* row, const QString& nameFragment, const QString& searchValue)
+{
+    auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
+    if (!itemRow)
+        return false;
+    const std::shared_ptr<DisplayItemInterface> item = itemRow->getDisplayItem();
+    if (!item)
+        return false;
+
+    PropertyList businessObjectProperties;
+    PropertyList displayItemProperties;
+    item->getProperties(businessObjectProperties, displayItemProperties);
+    const auto listMatches = [&](const PropertyList& properties) {
+        for (const Property& property : properties) {
+            if (!nameFragment.isEmpty()
+                && !QString::fromStdString(property.first).contains(nameFragment, Qt::CaseInsensitive))
+                continue;
+            if (QString::fromStdString(property.second).contains(searchValue, Qt::CaseInsensitive))
+                return true;
+        }
+        return false;
+    };
+    return listMatches(businessObjectProperties) || listMatches(displayItemProperties);
+}
+
+// Pre-order over \a row and its subtree, collapsed rows included. Rows up to
+// and including the pending start row are passed over; returns the first
+// matching row after it, or null.
+QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart, const QString& nameFragment,
+                                 const QString& searchValue)
+{
+    if (pendingStart) {
+        if (row == pendingStart)
+            pendingStart = nullptr;
+    } else if (rowMatches(row, nameFragment, searchValue)) {
+        return row;
+    }
+    for (int i = 0; i < row->childCount(); ++i) {
+        if (QTreeWidgetItem* found = findMatchingRow(row->child(i), pendingStart, nameFragment, searchValue))
+            return found;
+    }
+    return nullptr;
+}
+
+// The position of \a entry in \a path, found by address: equal pairs may
+// stand at several levels. -1 when it is not an element of the path.
+int pathPosition(const QList<QPair<int, QString>>& path, const QPair<int, QString>* entry)
+{
+    for (int i = 0; i < path.size(); ++i) {
+        if (&path.at(i) == entry)
+            return i;
+    }
+    return -1;
+}
+
+// The item index of a display item row; other rows have none.
+int itemIndexOf(QTreeWidgetItem* row)
+{
+    auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
+    return itemRow ? itemRow->getItemIndex() : -1;
 }
 
 } // namespace
@@ -106,8 +204,8 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
             &DisplayModelDialog::onCurrentTreeWidgetItemChanged);
     connect(m_displayItemTreeWidget, &QTreeWidget::itemDoubleClicked, this,
             &DisplayModelDialog::onTreeWidgetItemDoubleClicked);
-    // TODO(search): connect m_displayItemCountPB clicked to onDisplayItemCountClicked
-    // and m_findDisplayItemPB clicked to onFindDisplayItemClicked.
+    connect(m_displayItemCountPB, &QPushButton::clicked, this, &DisplayModelDialog::onDisplayItemCountClicked);
+    connect(m_findDisplayItemPB, &QPushButton::clicked, this, &DisplayModelDialog::onFindDisplayItemClicked);
     // TODO(clone mode): connect the stateChanged of m_useCloneCheckBox to
     // onUseCloneStateChanged, of m_showCloneIn3dCheckBox to onShowClone3dStateChanged
     // and of m_propertyCompareMode to onPropertyCompareModeChanged.
@@ -360,6 +458,170 @@ void DisplayModelDialog::printProperties(const QTreeWidgetItem* item)
 
     fillPropertyPane(m_displayItemProperties, displayItemProperties);
     fillPropertyPane(m_businessObjectProperties, businessObjectProperties);
+}
+
+bool DisplayModelDialog::compareProperties(const DisplayItemTreeWidgetItem* original,
+                                           const DisplayItemTreeWidgetItem* cloned)
+{
+    PropertyList originalBusinessObjectProperties;
+    PropertyList originalDisplayItemProperties;
+    collectDisplayItemProperties(original, originalBusinessObjectProperties, originalDisplayItemProperties);
+    PropertyList clonedBusinessObjectProperties;
+    PropertyList clonedDisplayItemProperties;
+    collectDisplayItemProperties(cloned, clonedBusinessObjectProperties, clonedDisplayItemProperties);
+
+    // The cloned panes exist only in clone mode; the comparison is made without them too.
+    bool differs = fillComparedPane(m_clonedDisplayItemProperties, clonedDisplayItemProperties,
+                                    originalDisplayItemProperties, m_onlyCompareMirrored);
+    if (fillComparedPane(m_clonedBusinessObjectProperties, clonedBusinessObjectProperties,
+                         originalBusinessObjectProperties, m_onlyCompareMirrored))
+        differs = true;
+    return differs;
+}
+
+void DisplayModelDialog::processItem(QTreeWidgetItem* item, int level, const QPair<int, QString>* entry)
+{
+    walkExpandPath(item, level, pathPosition(m_expandPath, entry), PathAction::MakeCurrent);
+}
+
+void DisplayModelDialog::expandCollapseItem(QTreeWidgetItem* item, int level, const QPair<int, QString>* entry,
+                                            bool expand)
+{
+    walkExpandPath(item, level, pathPosition(m_expandPath, entry), expand ? PathAction::Expand : PathAction::Collapse);
+}
+
+// entry is a position in m_expandPath: moving it "back" goes one pair nearer
+// the head (the source row), and the pair "after" it is its parent's.
+void DisplayModelDialog::walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action)
+{
+    if (!item || entry < 0 || entry >= m_expandPath.size())
+        return;
+
+    // Copies: making a row current may reach code that rewrites the path.
+    const QPair<int, QString> first = m_expandPath.first();
+    // Fixed for this call; later moves of entry do not change it.
+    const bool hasNext = m_expandPath.at(entry) != first;
+    const QPair<int, QString> next = hasNext ? m_expandPath.at(entry - 1) : QPair<int, QString>();
+
+    while (entry >= 0) {
+        for (int i = 0; i < item->childCount(); ++i) {
+            // The path may have been used up or rewritten by a deeper step.
+            if (entry < 0 || entry >= m_expandPath.size())
+                return;
+            QTreeWidgetItem* child = item->child(i);
+            const QString childText = child->text(0);
+            const QString itemText = item->text(0);
+            const int itemIndex = itemIndexOf(item);
+            const QPair<int, QString> current = m_expandPath.at(entry);
+            const bool afterFitsItem = entry + 1 < m_expandPath.size()
+                                       && m_expandPath.at(entry + 1).second == itemText
+                                       && m_expandPath.at(entry + 1).first == itemIndex;
+
+            if (current.second != itemText && !afterFitsItem)
+                continue;
+            if (hasNext && next.first == i && next.second == childText && next == first) {
+                applyPathAction(child, action);
+                return;
+            }
+            if (current.first == i && current.second == childText) {
+                applyPathAction(item, action);
+                return;
+            }
+            if (!hasNext && current == first) {
+                applyPathAction(item, action);
+                return;
+            }
+            // Same position but another text: the row there is shown with its
+            // properties compared.
+            if (current == first && current.first == i && afterFitsItem) {
+                applyPathAction(child, action);
+                if (action == PathAction::MakeCurrent) {
+                    m_onlyCompareMirrored = true;
+                    const auto* original =
+                        dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
+                    compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(child));
+                }
+                return;
+            }
+            if (!hasNext)
+                return;
+            if (next.second == childText && next.first == i) {
+                --entry;
+                --level;
+                walkExpandPath(child, level, entry, action);
+            }
+        }
+        --entry;
+    }
+}
+
+void DisplayModelDialog::applyPathAction(QTreeWidgetItem* row, PathAction action)
+{
+    QTreeWidget* tree = row->treeWidget();
+    if (!tree)
+        return;
+    switch (action) {
+    case PathAction::MakeCurrent:
+        tree->setCurrentItem(row);
+        break;
+    case PathAction::Expand:
+        if (row->childCount() > 0)
+            tree->expandItem(row);
+        break;
+    case PathAction::Collapse:
+        if (row->childCount() > 0)
+            tree->collapseItem(row);
+        break;
+    }
+}
+
+void DisplayModelDialog::onDisplayItemCountClicked()
+{
+    // The host's count: duplicate and edit-model rows are not display items of their own.
+    std::uint64_t count = 0;
+    if (m_viewModel) {
+        if (DisplayModel* displayModel = m_viewModel->getDisplayModel()) {
+            if (const std::shared_ptr<DisplayItemInterface> root = displayModel->getRootDisplayItem())
+                count = root->getNumberOfDisplayItems();
+        }
+    }
+    m_displayItemCountLE->setText(QString::number(static_cast<qulonglong>(count)));
+}
+
+void DisplayModelDialog::onFindDisplayItemClicked()
+{
+    const QString searchValue = m_searchValueLE->text();
+    if (searchValue.isEmpty())
+        return;
+
+    bool isNumber = false;
+    const int criterion = m_searchTypeCB->currentData().toInt(&isNumber);
+    if (!isNumber)
+        return;
+    QString nameFragment;
+    switch (criterion) {
+    case 0:
+        break;
+    case 1:
+        nameFragment = QStringLiteral("pointer");
+        break;
+    case 2:
+        nameFragment = QStringLiteral("display item type");
+        break;
+    default:
+        return;
+    }
+
+    // "Find next": the search starts after the current row and does not wrap.
+    QTreeWidgetItem* pendingStart = m_displayItemTreeWidget->currentItem();
+    for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* found =
+            findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, nameFragment, searchValue);
+        if (found) {
+            m_displayItemTreeWidget->setCurrentItem(found);
+            return;
+        }
+    }
 }
 
 void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current)

@@ -66,11 +66,26 @@ public:
     /// item goes, the first that shows it.
     void displayItemsRemoved(DisplayItemTreeWidgetItem* parentRow, std::set<std::shared_ptr<DisplayItemInterface>> items);
 
+    /// Walks down from \a item along m_expandPath, from \a entry (an element
+    /// of it, the top-level end) towards its head, and makes current the row
+    /// of \a item's tree that the path names. Rows correspond when their
+    /// positions among their siblings and their column-0 texts are equal.
+    void processItem(QTreeWidgetItem* item, int level, const QPair<int, QString>* entry);
+    /// The same walk as processItem; expands (or collapses) the row that the
+    /// path names instead, when it has children.
+    void expandCollapseItem(QTreeWidgetItem* item, int level, const QPair<int, QString>* entry, bool expand);
+
 protected:
     /// Closing only hides the dialog.
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    // Lets the tests set up an expansion path and the cloned panes without clone mode.
+    friend class DisplayModelDialogTestAccess;
+
+    // What a walk along m_expandPath does to the row that the path names.
+    enum class PathAction { MakeCurrent, Expand, Collapse };
+
     void clearLayout(QLayout* layout);
 
     void rebuildTree(bool cloneOnly);
@@ -81,9 +96,15 @@ private:
     void displayItemsModified(const std::list<std::shared_ptr<DisplayItemInterface>>& items);
 
     void printProperties(const QTreeWidgetItem* item);
+    bool compareProperties(const DisplayItemTreeWidgetItem* original, const DisplayItemTreeWidgetItem* cloned);
+
+    void walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action);
+    void applyPathAction(QTreeWidgetItem* row, PathAction action);
 
     void onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current);
     void onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, int column);
+    void onDisplayItemCountClicked();
+    void onFindDisplayItemClicked();
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     bool m_useClone;
