@@ -1,5 +1,7 @@
 #include "ReferenceMainWindow.h"
 
+#include "SceneView3D.h"
+
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
@@ -11,6 +13,7 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include <QHeaderView>
+#include <QSplitter>
 #include <QMenuBar>
 #include <QStatusBar>
 
@@ -34,14 +37,27 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     : QMainWindow(parent)
     , m_viewModel(std::move(viewModel))
     , m_drawAreaPresenter(std::make_unique<SceneDrawAreaPresenter>())
-    , m_tree(new DisplayItemTreeWidget(this, true))
+    , m_tree(new DisplayItemTreeWidget(nullptr, true))
+    , m_sceneView(new SceneView3D)
 {
-    m_drawAreaPresenter->showViewModel(m_viewModel);
     setWindowTitle(tr("Brennvik reference host"));
     m_tree->setObjectName(QStringLiteral("displayItemTree"));
     m_tree->setHeaderLabel(tr("Display items"));
     m_tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    setCentralWidget(m_tree);
+
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setObjectName(QStringLiteral("mainSplitter"));
+    splitter->addWidget(m_tree);
+    splitter->addWidget(m_sceneView);
+    splitter->setStretchFactor(0, 2);
+    splitter->setStretchFactor(1, 3);
+    setCentralWidget(splitter);
+
+    // The draw area draws whatever its presenter is handed: the dialogs hand
+    // it a clone and back.
+    m_drawAreaPresenter->setChangeCallback(
+        [this](const std::shared_ptr<ViewModelInterface>& viewModel) { showInSceneView(viewModel); });
+    m_drawAreaPresenter->showViewModel(m_viewModel);
 
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
     viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
@@ -53,28 +69,50 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     QAction* displayModelAction = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
     displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
 
-    // Rows without a dialog follow their items' visibility but not the tree's
-    // structure: after an update that changed the number of items, the tree
-    // is built anew once the current event is done.
-    if (auto* displayModel = dynamic_cast<SceneDisplayModel*>(m_viewModel->getDisplayModel())) {
-        displayModel->setUpdateCallback([this]() {
-            const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
-            const quint64 count = root ? root->getNumberOfDisplayItems() : 0;
-            if (count != m_shownItemCount)
-                QMetaObject::invokeMethod(this, &ReferenceMainWindow::rebuildTree, Qt::QueuedConnection);
-        });
-    }
+    m_viewModel->displayModel().setUpdateCallback([this]() { onModelUpdated(); });
 
     rebuildTree();
-    resize(720, 820);
+    resize(1280, 820);
 }
 
 ReferenceMainWindow::~ReferenceMainWindow()
 {
     // The dialog goes first: it may hand the presenter its view model back.
     delete m_displayModelDialog;
-    if (auto* displayModel = dynamic_cast<SceneDisplayModel*>(m_viewModel->getDisplayModel()))
-        displayModel->setUpdateCallback({});
+    m_drawAreaPresenter->setChangeCallback({});
+    m_viewModel->displayModel().setUpdateCallback({});
+    if (const std::shared_ptr<SceneViewModel> foreign = m_foreignViewModel.lock())
+        foreign->displayModel().setUpdateCallback({});
+}
+
+void ReferenceMainWindow::onModelUpdated()
+{
+    if (m_sceneView->viewModel() == m_viewModel)
+        m_sceneView->refresh();
+    // Rows without a dialog follow their items' visibility but not the tree's
+    // structure: after an update that changed the number of items, the tree
+    // is built anew once the current event is done.
+    const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
+    const quint64 count = root ? root->getNumberOfDisplayItems() : 0;
+    if (count != m_shownItemCount)
+        QMetaObject::invokeMethod(this, &ReferenceMainWindow::rebuildTree, Qt::QueuedConnection);
+}
+
+void ReferenceMainWindow::showInSceneView(const std::shared_ptr<ViewModelInterface>& viewModel)
+{
+    if (const std::shared_ptr<SceneViewModel> previous = m_foreignViewModel.lock())
+        previous->displayModel().setUpdateCallback({});
+    m_foreignViewModel.reset();
+
+    QString caption = tr("3D view");
+    if (viewModel && viewModel != m_viewModel) {
+        caption = tr("3D view (clone)");
+        if (const auto scene = std::dynamic_pointer_cast<SceneViewModel>(viewModel)) {
+            m_foreignViewModel = scene;
+            scene->displayModel().setUpdateCallback([this]() { m_sceneView->refresh(); });
+        }
+    }
+    m_sceneView->setViewModel(viewModel, caption);
 }
 
 DisplayModelDialog* ReferenceMainWindow::openDisplayModelDialog()

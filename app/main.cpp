@@ -1,5 +1,6 @@
 #include "ReferenceMainWindow.h"
 
+#include <referencehost/model/CloneDefect.h>
 #include <referencehost/model/SampleModel.h>
 #include <referencehost/model/SceneViewModel.h>
 
@@ -10,6 +11,8 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -64,7 +67,14 @@ int main(int argc, char* argv[])
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."), QStringLiteral("file"));
+    const QCommandLineOption cloneDefectOption(
+        QStringLiteral("clone-defect"),
+        QStringLiteral("Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
+                       "share-child, change-type, flip-visibility, change-property; target an item's display name\n"
+                       "(the first in pre-order). May be given more than once."),
+        QStringLiteral("kind:target"));
     parser.addOption(generateOption);
+    parser.addOption(cloneDefectOption);
     parser.addOption(openOption);
     parser.addOption(screenshotOption);
     parser.process(app);
@@ -82,6 +92,20 @@ int main(int argc, char* argv[])
     } else {
         viewModel = Brennvik::buildSampleViewModel();
     }
+
+    std::vector<Brennvik::CloneDefect> defects;
+    for (const QString& text : parser.values(cloneDefectOption)) {
+        const std::optional<Brennvik::CloneDefect> defect = Brennvik::CloneDefect::fromString(text.toStdString());
+        if (!defect) {
+            std::fprintf(stderr,
+                         "brennvik-referenceapp: --clone-defect expects <kind>:<target> with kind one of drop-child, "
+                         "add-child, share-child, change-type, flip-visibility, change-property; got '%s'\n",
+                         qPrintable(text));
+            return 2;
+        }
+        defects.push_back(*defect);
+    }
+    viewModel->setCloneDefects(std::move(defects));
 
     Brennvik::ReferenceMainWindow window(viewModel);
     window.show();

@@ -6,13 +6,7 @@
 #   scripts/run-app.sh --screenshot shot.png
 set -euo pipefail
 
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-build=${BUILD_DIR:-"$root/build"}
-jobs=$(nproc 2>/dev/null || echo 2)
-
-"$root/scripts/install-deps.sh"
-
-cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+source "$(dirname "${BASH_SOURCE[0]}")/prepare-build.sh"
 cmake --build "$build" --parallel "$jobs" --target brennvik-referenceapp
 
 args=("$@")

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QVector>
+#include <QWidget>
+
+#include <memory>
+
+namespace Brennvik {
+
+class DisplayItemInterface;
+class ViewModelInterface;
+
+/// The 3D draw area of the reference application: an isometric sketch of the
+/// display model of one view model. Every drawable item (one with a colour or
+/// a surface render mode, or a label) is a tile; tiles keep their place when
+/// other items are hidden, so hiding and showing read at a glance. Hidden
+/// items and items below hidden ones are not drawn; selected ones are outlined.
+class SceneView3D : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit SceneView3D(QWidget* parent = nullptr);
+    ~SceneView3D() override;
+
+    /// Draws \a viewModel from now on (empty: nothing); \a caption names it
+    /// in the corner of the view.
+    void setViewModel(std::shared_ptr<ViewModelInterface> viewModel, const QString& caption);
+    std::shared_ptr<ViewModelInterface> viewModel() const;
+
+    /// Reads the model again and repaints; the host calls it after every
+    /// display or visibility update of the model drawn.
+    void refresh();
+
+    /// How many items the last refresh found to draw (visible and drawable).
+    int drawnItemCount() const;
+    /// How many of them are selected.
+    int selectedItemCount() const;
+    /// The display names of the drawn items, in drawing order from the root.
+    QStringList drawnItemNames() const;
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    struct Tile
+    {
+        QString name;
+        QString label;
+        QColor color;
+        double x = 0.0;
+        double y = 0.0;
+        double z = 0.0;
+        double size = 1.0;
+        double height = 0.0;
+        bool selected = false;
+        bool point = false;
+    };
+
+    void collect(const std::shared_ptr<DisplayItemInterface>& item, bool shown, int island, int depth);
+
+    std::shared_ptr<ViewModelInterface> m_viewModel;
+    QString m_caption;
+    QVector<Tile> m_tiles;
+    QVector<int> m_islandSlots;
+    int m_drawnCount = 0;
+    int m_selectedCount = 0;
+    int m_skippedCount = 0;
+};
+
+} // namespace Brennvik
