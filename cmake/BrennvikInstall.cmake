@@ -1,0 +1,59 @@
+# Installs the library, the host contract and the reference host with their
+# headers and a CMake package, so that a host finds them with
+#   find_package(BrennvikDebugMenu REQUIRED)
+#   target_link_libraries(app PRIVATE Brennvik::DebugMenuContent)
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(BRENNVIK_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/brennvik)
+set(BRENNVIK_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/BrennvikDebugMenu)
+
+set_target_properties(brennvik_hostcontract PROPERTIES EXPORT_NAME HostContract)
+set_target_properties(brennvik_referencehost PROPERTIES EXPORT_NAME ReferenceHost)
+set_target_properties(brennvik_debugmenucontent PROPERTIES EXPORT_NAME DebugMenuContent)
+
+install(TARGETS brennvik_hostcontract brennvik_referencehost brennvik_debugmenucontent
+    EXPORT BrennvikDebugMenuTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    INCLUDES DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR})
+
+# The contract and the reference host are headers of the host: all of them.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/hostcontract/
+    DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/hostcontract
+    FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/referencehost/
+    DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/referencehost
+    FILES_MATCHING PATTERN "*.h")
+
+# The library: the headers of the exported classes only, each dialog with the
+# form header it inherits from, and the generated export header.
+foreach(header IN LISTS BRENNVIK_DEBUGMENU_PUBLIC_HEADERS)
+    get_filename_component(dir ${header} DIRECTORY)
+    install(FILES ${PROJECT_SOURCE_DIR}/debugmenucontent/${header}
+        DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/debugmenucontent/${dir})
+endforeach()
+foreach(form IN LISTS BRENNVIK_DEBUGMENU_FORMS)
+    get_filename_component(dir ${form} DIRECTORY)
+    get_filename_component(name ${form} NAME_WE)
+    install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/brennvik_debugmenucontent_autogen/include/ui_${name}.h
+        DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/debugmenucontent/${dir})
+endforeach()
+install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/include/debugmenucontent/DebugMenuContentExport.h
+    DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/debugmenucontent)
+
+install(EXPORT BrennvikDebugMenuTargets
+    NAMESPACE Brennvik::
+    DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
+configure_package_config_file(
+    ${PROJECT_SOURCE_DIR}/cmake/BrennvikDebugMenuConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfig.cmake
+    INSTALL_DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
+write_basic_package_version_file(
+    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfig.cmake
+    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
+    DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})

@@ -1,0 +1,47 @@
+# Installs the build tree into a fresh prefix, then configures, builds and
+# runs a small host program that finds the installed package.
+#   cmake -DBUILD_DIR=... -DWORK_DIR=... -DCONSUMER_DIR=... -DGENERATOR=... -P InstallAndConsume.cmake
+foreach(var BUILD_DIR WORK_DIR CONSUMER_DIR GENERATOR)
+    if(NOT DEFINED ${var})
+        message(FATAL_ERROR "InstallAndConsume: ${var} is not set")
+    endif()
+endforeach()
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT result EQUAL 0)
+        string(REPLACE ";" " " command "${ARGN}")
+        message(FATAL_ERROR "Failed (${result}): ${command}\n${out}\n${err}")
+    endif()
+    set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+set(prefix ${WORK_DIR}/prefix)
+set(consumerBuild ${WORK_DIR}/consumer-build)
+file(REMOVE_RECURSE ${WORK_DIR})
+
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+foreach(expected
+        include/brennvik/debugmenucontent/displaymodeldialog/DisplayModelDialog.h
+        include/brennvik/debugmenucontent/displaymodeldialog/ui_DisplayModelDialog.h
+        include/brennvik/debugmenucontent/DebugMenuContentExport.h
+        include/brennvik/hostcontract/DisplayItemInterface.h)
+    if(NOT EXISTS ${prefix}/${expected})
+        message(FATAL_ERROR "Not installed: ${expected}")
+    endif()
+endforeach()
+foreach(internal treewidgets/EditModelTreeWidgetItem.h treewidgets/RowText.h)
+    if(EXISTS ${prefix}/include/brennvik/debugmenucontent/${internal})
+        message(FATAL_ERROR "An internal header was installed: ${internal}")
+    endif()
+endforeach()
+
+run(${CMAKE_COMMAND} -S ${CONSUMER_DIR} -B ${consumerBuild} -G ${GENERATOR}
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+run(${CMAKE_COMMAND} --build ${consumerBuild})
+set(ENV{QT_QPA_PLATFORM} offscreen)
+run(${consumerBuild}/brennvik-consumer)
+message(STATUS "consumer: ${last_output}")
+if(NOT last_output MATCHES "top row: Forming simulation")
+    message(FATAL_ERROR "The consumer did not show the model: ${last_output}")
+endif()
