@@ -32,6 +32,7 @@
 #include <QLineEdit>
 #include <QMetaEnum>
 #include <QPushButton>
+#include <QSet>
 #include <QSpacerItem>
 #include <QTest>
 #include <QToolTip>
@@ -236,6 +237,7 @@ private slots:
     void removedItemLosesOnlyItsFirstRow();
     void propertyChangesReprintCurrentRowOnly();
     void rowOfGoneItemNeverCrashes();
+    void contextMenuHidesExactlyTheCollectedItems();
 
     // double click
     void doubleClickTogglesRowAndDuplicateChildren();
@@ -1063,6 +1065,55 @@ void tst_DisplayModelDialog::propertyChangesReprintCurrentRowOnly()
     a->notifyVisualPropertiesChanged();
     QVERIFY(m_dialog->m_displayItemProperties->topLevelItem(0) != firstRow);
     QCOMPARE(debugIconName(rowAt(tree, {0})->icon(0)), QStringLiteral("not_visible"));
+}
+
+void tst_DisplayModelDialog::contextMenuHidesExactlyTheCollectedItems()
+{
+    // Root { A { A1, Geometry { g1 } }, Geometry { g2 }, P (module listing g1, g2), B }
+    auto root = std::make_shared<DisplayItem>("Root");
+    auto a = addChild(root, "A");
+    addChild(a, "A1");
+    auto g1 = addChild(addChild(a, "Geometry"), "g1");
+    auto g2 = addChild(addChild(root, "Geometry"), "g2");
+    auto p = addModule(root, "P");
+    p->addGeometryDisplayItem(g1);
+    p->addGeometryDisplayItem(g2);
+    addChild(root, "B");
+    auto viewModel = makeViewModel(root);
+    setModel(viewModel);
+    QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
+    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  A #0", "    A1 #0", "    Geometry #1", "      g1 #0", "  Geometry #1",
+                                          "    g2 #0", "  P #2", "    g1 #0 dup", "    g2 #1 dup", "  B #3"}));
+
+    // What the host collects for A is what must turn invisible, and nothing else.
+    DisplayItemList collected;
+    a->collectSubtree(collected);
+    QSet<const DisplayItemInterface*> hidden;
+    for (const auto& item : collected)
+        hidden.insert(item.get());
+    QVERIFY(hidden.contains(g1.get()));
+
+    const int visibilityUpdates = viewModel->displayModel().visibilityUpdateCount();
+    tree->scrollToItem(rowAt(tree, {0}));
+    const auto visit = Brennvik::Test::rightClick(tree, tree->visualItemRect(rowAt(tree, {0})).center(),
+                                                  QStringLiteral("Make subtree invisible"));
+    QVERIFY(visit.triggered);
+    QCOMPARE(viewModel->displayModel().visibilityUpdateCount(), visibilityUpdates + 1);
+
+    int checked = 0;
+    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+        auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(*it);
+        QVERIFY(row);
+        const bool shouldBeHidden = hidden.contains(row->getDisplayItem().get());
+        QCOMPARE(row->getDisplayItem()->isVisible(), !shouldBeHidden);
+        // A hidden duplicate row shows "not visible" like any other hidden row.
+        const QString expected = shouldBeHidden ? QStringLiteral("not_visible")
+                                 : row->isDuplicate() ? QStringLiteral("visible_duplicate")
+                                                      : QStringLiteral("visible");
+        QCOMPARE(debugIconName(row->icon(0)), expected);
+        ++checked;
+    }
+    QCOMPARE(checked, 11);
 }
 
 void tst_DisplayModelDialog::rowOfGoneItemNeverCrashes()
