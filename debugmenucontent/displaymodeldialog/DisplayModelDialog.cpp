@@ -15,16 +15,25 @@
 #include <hostcontract/LabelableDisplayItemInterface.h>
 #include <hostcontract/ViewModelInterface.h>
 
+#include <QBoxLayout>
 #include <QBrush>
+#include <QCheckBox>
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QFont>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLayout>
 #include <QLayoutItem>
 #include <QPushButton>
+#include <QSizePolicy>
+#include <QSpacerItem>
 #include <QStringList>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <QVariant>
+
+#include <algorithm>
 
 namespace Brennvik {
 
@@ -206,9 +215,9 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
             &DisplayModelDialog::onTreeWidgetItemDoubleClicked);
     connect(m_displayItemCountPB, &QPushButton::clicked, this, &DisplayModelDialog::onDisplayItemCountClicked);
     connect(m_findDisplayItemPB, &QPushButton::clicked, this, &DisplayModelDialog::onFindDisplayItemClicked);
-    // TODO(clone mode): connect the stateChanged of m_useCloneCheckBox to
-    // onUseCloneStateChanged, of m_showCloneIn3dCheckBox to onShowClone3dStateChanged
-    // and of m_propertyCompareMode to onPropertyCompareModeChanged.
+    connect(m_useCloneCheckBox, &QCheckBox::stateChanged, this, &DisplayModelDialog::onUseCloneStateChanged);
+    connect(m_showCloneIn3dCheckBox, &QCheckBox::stateChanged, this, &DisplayModelDialog::onShowClone3dStateChanged);
+    connect(m_propertyCompareMode, &QCheckBox::stateChanged, this, &DisplayModelDialog::onPropertyCompareModeChanged);
 }
 
 // The members release the expansion path, the clone and then the view model;
@@ -266,8 +275,10 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
 {
     if (!cloneOnly)
         m_displayItemTreeWidget->clear();
-    if (m_clonedDisplayItemTreeWidget)
+    if (m_clonedDisplayItemTreeWidget) {
         m_clonedDisplayItemTreeWidget->clear();
+        m_clonedTopRow = nullptr;
+    }
 
     // A fresh copy at every rebuild, so that the clone shows what copying does now.
     if (m_viewModel && m_useClone)
@@ -313,9 +324,34 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
         }
     }
 
-    // TODO(clone mode): build the cloned tree here when m_clonedViewModel is set
-    // (m_clonedTopRow, compareRecursiveTree per top-level row, the expansion and
-    // current-row connections, then syncExpandedTreeItems).
+    if (!m_clonedViewModel || !m_clonedDisplayItemTreeWidget)
+        return;
+    DisplayModel* clonedDisplayModel = m_clonedViewModel->getDisplayModel();
+    if (!clonedDisplayModel)
+        return;
+    const std::shared_ptr<DisplayItemInterface> clonedRoot = clonedDisplayModel->getRootDisplayItem();
+    if (!clonedRoot)
+        return;
+
+    m_clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false);
+    buildTreeRecursively(m_clonedTopRow, clonedRoot, false, false);
+
+    for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
+        auto* mainRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->topLevelItem(i));
+        auto* clonedRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_clonedDisplayItemTreeWidget->topLevelItem(i));
+        compareRecursiveTree(mainRow, clonedRow, clonedRow ? clonedRow->parent() : nullptr);
+    }
+
+    // Made anew at every rebuild and never undone: after several rebuilds an
+    // expansion reaches the other tree once per connection.
+    connect(m_clonedDisplayItemTreeWidget, &QTreeWidget::currentItemChanged, this,
+            &DisplayModelDialog::onCurrentClonedTreeWidgetItemChanged);
+    connect(m_displayItemTreeWidget, &QTreeWidget::itemExpanded, this, &DisplayModelDialog::setClonedExpanded);
+    connect(m_displayItemTreeWidget, &QTreeWidget::itemCollapsed, this, &DisplayModelDialog::setClonedCollapsed);
+    connect(m_clonedDisplayItemTreeWidget, &QTreeWidget::itemExpanded, this, &DisplayModelDialog::setOrigExpanded);
+    connect(m_clonedDisplayItemTreeWidget, &QTreeWidget::itemCollapsed, this, &DisplayModelDialog::setOrigCollapsed);
+
+    syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, m_displayItemTreeWidget->currentItem());
 }
 
 void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow,
@@ -626,9 +662,11 @@ void DisplayModelDialog::onFindDisplayItemClicked()
 
 void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current)
 {
+    // The mirrored change in the cloned tree comes back through its own slot,
+    // which finds the guard set and does not mirror it back here.
     if (!m_syncingCurrentItem) {
         m_syncingCurrentItem = true;
-        // TODO(clone mode): syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, current);
+        syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, current);
     }
     m_syncingCurrentItem = false;
     printProperties(current);
@@ -658,6 +696,275 @@ void DisplayModelDialog::onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, in
         if (DisplayModel* displayModel = m_viewModel->getDisplayModel())
             displayModel->doVisibilityUpdate();
     }
+}
+
+// ---------------------------------------------------------------- clone mode
+
+void DisplayModelDialog::createClonedWidgets()
+{
+    const char* const context = "DisplayModelDialogClass";
+    const QStringList propertyHeaders{QCoreApplication::translate(context, "Name"),
+                                      QCoreApplication::translate(context, "Value")};
+
+    m_clonedDisplayItemTreeWidget = new DisplayItemTreeWidget(this, false);
+    m_clonedDisplayItemTreeWidget->setObjectName(QStringLiteral("m_clonedDisplayItemTreeWidget"));
+    m_clonedDisplayItemTreeWidget->setExpandsOnDoubleClick(true);
+    m_clonedDisplayItemTreeWidget->header()->setStretchLastSection(true);
+    m_clonedDisplayItemTreeWidget->headerItem()->setText(0, QCoreApplication::translate(context, "Cloned display items"));
+    m_mainHLayout->addWidget(m_clonedDisplayItemTreeWidget);
+    m_clonedDisplayItemTreeWidget->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+
+    m_vl_clonedProperties = new QVBoxLayout();
+    m_vl_clonedProperties->setSpacing(6);
+    m_vl_clonedProperties->setObjectName(QStringLiteral("m_vl_clonedProperties"));
+
+    m_hl_cloned_business_props = new QHBoxLayout();
+    m_hl_cloned_business_props->setSpacing(0);
+    m_hl_cloned_business_props->setObjectName(QStringLiteral("m_hl_cloned_business_props"));
+    m_lbl_cloned_business_obj_props = new QLabel(this);
+    m_lbl_cloned_business_obj_props->setObjectName(QStringLiteral("m_lbl_cloned_business_obj_props"));
+    m_lbl_cloned_business_obj_props->setText(QCoreApplication::translate(context, "Cloned business object properties"));
+    m_hl_cloned_business_props->addWidget(m_lbl_cloned_business_obj_props);
+    // The form's spacer member now names the cloned header's spacer; the
+    // original spacer stays in its layout, which owns it.
+    horizontalSpacer_4 = new QSpacerItem(40, 20, QSizePolicy::Expanding, QSizePolicy::Minimum);
+    m_hl_cloned_business_props->addItem(horizontalSpacer_4);
+    m_vl_clonedProperties->addLayout(m_hl_cloned_business_props);
+
+    m_clonedBusinessObjectProperties = new QTreeWidget(this);
+    // The original pane's object name, kept so on purpose.
+    m_clonedBusinessObjectProperties->setObjectName(QStringLiteral("m_businessObjectProperties"));
+    m_clonedBusinessObjectProperties->setColumnCount(2);
+    m_clonedBusinessObjectProperties->setHeaderLabels(propertyHeaders);
+    m_vl_clonedProperties->addWidget(m_clonedBusinessObjectProperties);
+
+    m_hl_cloned_display_props = new QHBoxLayout();
+    m_hl_cloned_display_props->setSpacing(0);
+    m_hl_cloned_display_props->setObjectName(QStringLiteral("m_hl_cloned_display_props"));
+    m_lbl_cloned_display_props = new QLabel(this);
+    m_lbl_cloned_display_props->setObjectName(QStringLiteral("m_lbl_cloned_display_props"));
+    m_lbl_cloned_display_props->setText(QCoreApplication::translate(context, "Cloned display item properties"));
+    m_hl_cloned_display_props->addWidget(m_lbl_cloned_display_props);
+    horizontalSpacer_5 = new QSpacerItem(40, 20, QSizePolicy::Expanding, QSizePolicy::Minimum);
+    m_hl_cloned_display_props->addItem(horizontalSpacer_5);
+    m_vl_clonedProperties->addLayout(m_hl_cloned_display_props);
+
+    m_clonedDisplayItemProperties = new QTreeWidget(this);
+    m_clonedDisplayItemProperties->setObjectName(QStringLiteral("m_clonedDisplayItemProperties"));
+    m_clonedDisplayItemProperties->setColumnCount(2);
+    m_clonedDisplayItemProperties->setHeaderLabels(propertyHeaders);
+    m_vl_clonedProperties->addWidget(m_clonedDisplayItemProperties);
+
+    m_mainHLayout->addLayout(m_vl_clonedProperties);
+}
+
+void DisplayModelDialog::removeClonedWidgets()
+{
+    if (!m_clonedDisplayItemTreeWidget)
+        return;
+    m_mainHLayout->removeWidget(m_clonedDisplayItemTreeWidget);
+    delete m_clonedDisplayItemTreeWidget;
+    m_clonedDisplayItemTreeWidget = nullptr;
+    m_clonedTopRow = nullptr;
+    // The emptied column stays in m_mainHLayout; the next switch-on adds a new one.
+    clearLayout(m_vl_clonedProperties);
+}
+
+void DisplayModelDialog::onUseCloneStateChanged(int state)
+{
+    m_useClone = state == Qt::Checked;
+    if (m_useClone)
+        createClonedWidgets();
+    else
+        removeClonedWidgets();
+    m_showCloneIn3dCheckBox->setEnabled(m_useClone);
+    m_propertyCompareMode->setEnabled(m_useClone);
+    rebuildTree(true);
+    if (m_showCloneIn3d && m_drawAreaPresenter)
+        m_drawAreaPresenter->showViewModel(m_useClone ? m_clonedViewModel : m_viewModel);
+}
+
+void DisplayModelDialog::onShowClone3dStateChanged(int state)
+{
+    m_showCloneIn3d = state == Qt::Checked;
+    if (!m_drawAreaPresenter)
+        return;
+    m_drawAreaPresenter->showViewModel(m_useClone && state == Qt::Checked ? m_clonedViewModel : m_viewModel);
+}
+
+void DisplayModelDialog::onPropertyCompareModeChanged(int /*state*/)
+{
+    // Without a draw area the cloned panes keep what they show until the next
+    // row change; that dependency is intended.
+    if (!m_drawAreaPresenter)
+        return;
+    // No cloned tree: clone mode is off and its panes are on their way out.
+    if (!m_clonedDisplayItemTreeWidget)
+        return;
+    printClonedProperties(dynamic_cast<DisplayItemTreeWidgetItem*>(m_clonedDisplayItemTreeWidget->currentItem()));
+}
+
+void DisplayModelDialog::onCurrentClonedTreeWidgetItemChanged(QTreeWidgetItem* current)
+{
+    if (!m_syncingCurrentItem) {
+        m_syncingCurrentItem = true;
+        syncExpandedTreeItems(m_displayItemTreeWidget, current);
+    }
+    m_syncingCurrentItem = false;
+    printClonedProperties(current);
+}
+
+void DisplayModelDialog::printClonedProperties(const QTreeWidgetItem* clonedRow)
+{
+    if (m_clonedDisplayItemProperties)
+        m_clonedDisplayItemProperties->clear();
+    if (m_clonedBusinessObjectProperties)
+        m_clonedBusinessObjectProperties->clear();
+
+    const auto* cloned = dynamic_cast<const DisplayItemTreeWidgetItem*>(clonedRow);
+    if (!cloned)
+        return;
+    const auto* original = dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
+
+    // Checked: values are compared only while both trees show a row of the same name.
+    bool compare = true;
+    if (m_propertyCompareMode->isChecked())
+        compare = original && original->text(0) == cloned->text(0);
+    m_onlyCompareMirrored = compare;
+    compareProperties(original, cloned);
+}
+
+void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
+                                              QTreeWidgetItem* clonedParent)
+{
+    if (!cloned) {
+        // A child missing in the clone. The marking starts at clonedParent,
+        // which the caller hands down as the grandparent of the missing row;
+        // a missing duplicate row is no defect of the clone.
+        if (clonedParent && original && !original->isDuplicate())
+            paintFalseClonedAncestors(clonedParent);
+        return;
+    }
+
+    if (!original) {
+        // A row that the original lacks: it and its whole subtree are extra.
+        paintFalseClonedItem(cloned);
+        for (int i = 0; i < cloned->childCount(); ++i)
+            compareRecursiveTree(nullptr, dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i)),
+                                 cloned->parent());
+        return;
+    }
+
+    // Only fewer children in the original count here: a clone that lost
+    // children is marked above, from the missing rows' grandparent.
+    if (original->text(0) != cloned->text(0) || original->childCount() < cloned->childCount()
+        || original->getItemIndex() != cloned->getItemIndex()) {
+        paintFalseClonedItem(cloned);
+        paintFalseClonedAncestors(cloned->parent());
+    }
+
+    const std::shared_ptr<DisplayItemInterface> originalItem = original->getDisplayItem();
+    const std::shared_ptr<DisplayItemInterface> clonedItem = cloned->getDisplayItem();
+    if (originalItem && clonedItem && originalItem->isVisible() != clonedItem->isVisible())
+        markDifferentVisibilityUpwards(cloned);
+
+    const int count = std::max(original->childCount(), cloned->childCount());
+    for (int i = 0; i < count; ++i) {
+        auto* originalChild = dynamic_cast<DisplayItemTreeWidgetItem*>(original->child(i));
+        auto* clonedChild = dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i));
+        compareRecursiveTree(originalChild, clonedChild, cloned->parent());
+    }
+}
+
+void DisplayModelDialog::paintFalseClonedItem(DisplayItemTreeWidgetItem* row)
+{
+    if (!row)
+        return;
+    QFont font = row->font(0);
+    font.setWeight(75);
+    row->setFont(0, font);
+    // The bold text is the mark; the brush paints nothing.
+    QBrush brush(Qt::red, Qt::SolidPattern);
+    brush.setStyle(Qt::NoBrush);
+    row->setForeground(0, brush);
+}
+
+// From \a row upwards, every row that has a parent: the top-level row is never marked.
+void DisplayModelDialog::paintFalseClonedAncestors(QTreeWidgetItem* row)
+{
+    for (QTreeWidgetItem* ancestor = row; ancestor && ancestor->parent(); ancestor = ancestor->parent())
+        paintFalseClonedItem(dynamic_cast<DisplayItemTreeWidgetItem*>(ancestor));
+}
+
+void DisplayModelDialog::markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row)
+{
+    row->setDifferentVisibility(true);
+    for (QTreeWidgetItem* ancestor = row->parent(); ancestor && ancestor->parent(); ancestor = ancestor->parent()) {
+        if (auto* ancestorRow = dynamic_cast<DisplayItemTreeWidgetItem*>(ancestor))
+            ancestorRow->setDifferentVisibility(true);
+    }
+}
+
+// m_expandPath becomes the way from \a source up to its top-level row: the
+// source first with \a firstNumber, then each ancestor with its position
+// under its parent (0 for the top-level row).
+void DisplayModelDialog::fillExpandPath(QTreeWidgetItem* source, int firstNumber)
+{
+    m_expandPath.append(qMakePair(firstNumber, source->text(0)));
+    for (QTreeWidgetItem* ancestor = source->parent(); ancestor; ancestor = ancestor->parent()) {
+        QTreeWidgetItem* parent = ancestor->parent();
+        m_expandPath.append(qMakePair(parent ? parent->indexOfChild(ancestor) : 0, ancestor->text(0)));
+    }
+}
+
+// A sync may start inside another one's walk along m_expandPath: making a row
+// current scrolls to it, which expands its ancestors, which mirrors those
+// expansions into the other tree. So each sync hands the path back as it found
+// it, and the interrupted walk goes on along its own path.
+void DisplayModelDialog::syncExpandedTreeItems(DisplayItemTreeWidget* target, QTreeWidgetItem* source)
+{
+    const QList<QPair<int, QString>> interruptedPath = m_expandPath;
+    m_expandPath.clear();
+    if (target && source) {
+        QTreeWidget* sourceTree = source->treeWidget();
+        fillExpandPath(source, sourceTree ? sourceTree->currentIndex().row() : -1);
+        if (!m_expandPath.isEmpty())
+            processItem(target->itemFromDFSIndex(0), m_expandPath.size() - 1, &m_expandPath.last());
+    }
+    m_expandPath = interruptedPath;
+}
+
+void DisplayModelDialog::syncTreeItemsForExpandingCollapsing(DisplayItemTreeWidget* target, QTreeWidgetItem* source,
+                                                             bool expand)
+{
+    const QList<QPair<int, QString>> interruptedPath = m_expandPath;
+    m_expandPath.clear();
+    if (target && source) {
+        fillExpandPath(source, itemIndexOf(source));
+        if (!m_expandPath.isEmpty())
+            expandCollapseItem(target->itemFromDFSIndex(0), m_expandPath.size() - 1, &m_expandPath.last(), expand);
+    }
+    m_expandPath = interruptedPath;
+}
+
+void DisplayModelDialog::setOrigExpanded(QTreeWidgetItem* item)
+{
+    syncTreeItemsForExpandingCollapsing(m_displayItemTreeWidget, item, true);
+}
+
+void DisplayModelDialog::setOrigCollapsed(QTreeWidgetItem* item)
+{
+    syncTreeItemsForExpandingCollapsing(m_displayItemTreeWidget, item, false);
+}
+
+void DisplayModelDialog::setClonedExpanded(QTreeWidgetItem* item)
+{
+    syncTreeItemsForExpandingCollapsing(m_clonedDisplayItemTreeWidget, item, true);
+}
+
+void DisplayModelDialog::setClonedCollapsed(QTreeWidgetItem* item)
+{
+    syncTreeItemsForExpandingCollapsing(m_clonedDisplayItemTreeWidget, item, false);
 }
 
 } // namespace Brennvik

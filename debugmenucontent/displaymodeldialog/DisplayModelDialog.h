@@ -34,8 +34,11 @@ class ViewModelInterface;
 ///
 /// Shows the display model of a view model as a tree, one row per display
 /// item, keeps that tree in step with the model's events, and prints the
-/// properties of the current row. The dialog owns nothing of the model:
-/// rows hold their items weakly, and whatever has gone is skipped.
+/// properties of the current row. In clone mode ("Clone") it also shows a
+/// fresh clone of the view model beside the original, marks the cloned rows
+/// and property values that differ, and mirrors expansion and the current
+/// row between the two trees. The dialog owns nothing of the model: rows hold
+/// their items weakly, and whatever has gone is skipped.
 class BRENNVIK_DEBUGMENU_EXPORT DisplayModelDialog : public QDialog, public Ui::DisplayModelDialogClass
 {
 public:
@@ -80,7 +83,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    // Lets the tests set up an expansion path and the cloned panes without clone mode.
+    // Lets the tests reach the expansion path, the compare flag and the clone-mode members.
     friend class DisplayModelDialogTestAccess;
 
     // What a walk along m_expandPath does to the row that the path names.
@@ -98,6 +101,18 @@ private:
     void printProperties(const QTreeWidgetItem* item);
     bool compareProperties(const DisplayItemTreeWidgetItem* original, const DisplayItemTreeWidgetItem* cloned);
 
+    void createClonedWidgets();
+    void removeClonedWidgets();
+    void printClonedProperties(const QTreeWidgetItem* clonedRow);
+    void compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
+                              QTreeWidgetItem* clonedParent);
+    void paintFalseClonedItem(DisplayItemTreeWidgetItem* row);
+    void paintFalseClonedAncestors(QTreeWidgetItem* row);
+    void markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row);
+    void syncExpandedTreeItems(DisplayItemTreeWidget* target, QTreeWidgetItem* source);
+    void syncTreeItemsForExpandingCollapsing(DisplayItemTreeWidget* target, QTreeWidgetItem* source, bool expand);
+    void fillExpandPath(QTreeWidgetItem* source, int firstNumber);
+
     void walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action);
     void applyPathAction(QTreeWidgetItem* row, PathAction action);
 
@@ -105,6 +120,14 @@ private:
     void onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, int column);
     void onDisplayItemCountClicked();
     void onFindDisplayItemClicked();
+    void onUseCloneStateChanged(int state);
+    void onShowClone3dStateChanged(int state);
+    void onPropertyCompareModeChanged(int state);
+    void onCurrentClonedTreeWidgetItemChanged(QTreeWidgetItem* current);
+    void setOrigExpanded(QTreeWidgetItem* item);
+    void setOrigCollapsed(QTreeWidgetItem* item);
+    void setClonedExpanded(QTreeWidgetItem* item);
+    void setClonedCollapsed(QTreeWidgetItem* item);
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     bool m_useClone;

@@ -7,13 +7,15 @@ namespace Brennvik {
 
 namespace {
 
-constexpr std::array<std::pair<CloneDefect::Kind, std::string_view>, 6> KindNames{{
+constexpr std::array<std::pair<CloneDefect::Kind, std::string_view>, 8> KindNames{{
     {CloneDefect::Kind::DropChild, "drop-child"},
     {CloneDefect::Kind::AddChild, "add-child"},
     {CloneDefect::Kind::ShareChild, "share-child"},
     {CloneDefect::Kind::ChangeChildType, "change-type"},
     {CloneDefect::Kind::FlipVisibility, "flip-visibility"},
     {CloneDefect::Kind::ChangePropertyValue, "change-property"},
+    {CloneDefect::Kind::RepeatChild, "repeat-child"},
+    {CloneDefect::Kind::DropGeometryEntry, "drop-geometry-entry"},
 }};
 
 } // namespace

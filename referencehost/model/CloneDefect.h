@@ -38,6 +38,15 @@ struct BRENNVIK_HOST_EXPORT CloneDefect
         /// when empty) gets \a value, or its old value with " (cloned)" appended
         /// when \a value is empty. Not applied if the item has no such property.
         ChangePropertyValue,
+        /// The target's copy is followed, in its parent's copy, by a second faithful
+        /// copy of the target with its whole subtree, so the parent has one more
+        /// child. References to the target keep following the first copy. Not for
+        /// the root.
+        RepeatChild,
+        /// The copy of the target geometry module does not list the last entry of
+        /// its geometry list (the listed item itself is copied as usual). Not
+        /// applied to an item that is no geometry module or lists nothing.
+        DropGeometryEntry,
     };
 
     Kind kind = Kind::DropChild;
@@ -47,7 +56,8 @@ struct BRENNVIK_HOST_EXPORT CloneDefect
     /// AddChild: the added child's name; ChangePropertyValue: the new value.
     std::string value;
 
-    /// "drop-child", "add-child", "share-child", "change-type", "flip-visibility", "change-property".
+    /// "drop-child", "add-child", "share-child", "change-type", "flip-visibility", "change-property",
+    /// "repeat-child", "drop-geometry-entry".
     static std::string toString(Kind kind);
     /// The kind named \a text (as toString writes it); empty for an unknown name.
     static std::optional<Kind> kindFromString(std::string_view text);

@@ -1,6 +1,7 @@
 #include "DisplayItemCloner.h"
 
 #include "DisplayItem.h"
+#include "GeometryModuleItem.h"
 #include "LabelableItem.h"
 
 #include <algorithm>
@@ -53,6 +54,13 @@ void DisplayItemCloner::remapReferences()
 {
     for (const auto& copy : m_copies)
         copy->remapReferences(m_map);
+    for (const auto& copy : m_geometryEntryDrops) {
+        auto* module = dynamic_cast<GeometryModuleItem*>(copy.get());
+        const DisplayItemList entries = module->getGeometryDisplayItems();
+        if (!entries.empty())
+            module->removeGeometryDisplayItem(entries.back().get());
+    }
+    m_geometryEntryDrops.clear();
 }
 
 const DisplayItemCloneMap& DisplayItemCloner::cloneMap() const
@@ -85,6 +93,14 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyNode(const DisplayItem& orig
     }
     if (PendingDefect* change = defectFor(original, CloneDefect::Kind::ChangePropertyValue))
         change->applied = changeProperty(*copy, change->defect);
+    if (PendingDefect* dropEntry = defectFor(original, CloneDefect::Kind::DropGeometryEntry)) {
+        // The entry can only go after remapping, when the list points into the copy.
+        const auto* module = dynamic_cast<const GeometryModuleItem*>(copy.get());
+        if (module && !module->getGeometryDisplayItems().empty()) {
+            m_geometryEntryDrops.push_back(copy);
+            dropEntry->applied = true;
+        }
+    }
 
     m_map.add(&original, copy);
     m_copies.push_back(copy);
@@ -113,7 +129,27 @@ void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& c
         copy.m_children.push_back(childCopy);
         copyChildren(*child, *childCopy);
         appendAddedChildren(*child, *childCopy);
+        if (PendingDefect* repeat = defectFor(*child, CloneDefect::Kind::RepeatChild)) {
+            repeat->applied = true;
+            auto again = copyRepeated(*child);
+            again->m_parent = &copy;
+            copy.m_children.push_back(again);
+        }
     }
+}
+
+std::shared_ptr<DisplayItem> DisplayItemCloner::copyRepeated(const DisplayItem& original)
+{
+    // Not recorded in the map: references to the original keep following its first copy.
+    auto copy = original.copyWithoutChildren();
+    m_copies.push_back(copy);
+    copy->m_children.reserve(original.m_children.size());
+    for (const auto& child : original.m_children) {
+        auto childCopy = copyRepeated(*child);
+        childCopy->m_parent = copy.get();
+        copy->m_children.push_back(childCopy);
+    }
+    return copy;
 }
 
 void DisplayItemCloner::appendAddedChildren(const DisplayItem& original, DisplayItem& copy)

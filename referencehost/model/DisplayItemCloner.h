@@ -42,6 +42,7 @@ private:
     };
 
     std::shared_ptr<DisplayItem> copyNode(const DisplayItem& original);
+    std::shared_ptr<DisplayItem> copyRepeated(const DisplayItem& original);
     void copyChildren(const DisplayItem& original, DisplayItem& copy);
     void appendAddedChildren(const DisplayItem& original, DisplayItem& copy);
     void recordSubtree(const DisplayItem& original, bool shared);
@@ -53,6 +54,8 @@ private:
     bool m_defectsActive = false;
     DisplayItemCloneMap m_map;
     std::vector<std::shared_ptr<DisplayItem>> m_copies;
+    // Geometry modules whose last list entry goes once the lists are remapped.
+    std::vector<std::shared_ptr<DisplayItem>> m_geometryEntryDrops;
 };
 
 } // namespace Brennvik

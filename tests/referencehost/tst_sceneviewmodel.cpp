@@ -103,6 +103,15 @@ std::shared_ptr<SceneViewModel> buildDefectViewModel()
     return viewModel;
 }
 
+// A copy of \a item's subtree made through the host's public copy operation.
+std::shared_ptr<DisplayItem> copySubtree(const DisplayItem& item)
+{
+    auto copy = item.copyWithoutChildren();
+    for (const auto& child : item.children())
+        copy->appendChild(copySubtree(*child));
+    return copy;
+}
+
 // The documented effect of each defect, made on a faithful clone through the
 // host's ordinary API.
 void applyByHand(CloneDefect::Kind kind, const std::shared_ptr<DisplayItem>& target)
@@ -145,6 +154,20 @@ void applyByHand(CloneDefect::Kind kind, const std::shared_ptr<DisplayItem>& tar
         target->setDisplayProperty(first.first, first.second + " (cloned)");
         break;
     }
+    case CloneDefect::Kind::RepeatChild: {
+        DisplayItem* parent = target->parentItem();
+        const int index = parent->indexOfChild(target.get());
+        parent->insertChild(static_cast<std::size_t>(index + 1), copySubtree(*target));
+        break;
+    }
+    case CloneDefect::Kind::DropGeometryEntry: {
+        const auto module = std::dynamic_pointer_cast<GeometryModuleItem>(target);
+        QVERIFY(module);
+        const DisplayItemList entries = module->getGeometryDisplayItems();
+        QVERIFY(!entries.empty());
+        QVERIFY(module->removeGeometryDisplayItem(entries.back().get()));
+        break;
+    }
     }
 }
 
@@ -164,6 +187,7 @@ private slots:
     void eachDefectMakesExactlyItsDifference_data();
     void eachDefectMakesExactlyItsDifference();
     void defectsCombine();
+    void repeatedChildLeavesReferencesOnFirstCopy();
     void unappliedDefectsAreReported_data();
     void unappliedDefectsAreReported();
     void defectNames_data();
@@ -376,6 +400,10 @@ void TestSceneViewModel::eachDefectMakesExactlyItsDifference_data()
     QTest::newRow("show a hidden leaf") << K::FlipVisibility << "Face 2" << 0;
     QTest::newRow("property of a leaf") << K::ChangePropertyValue << "Leaf 1" << 0;
     QTest::newRow("property of a shell") << K::ChangePropertyValue << "Upper die" << 0;
+    QTest::newRow("repeat a subtree") << K::RepeatChild << "Group" << 0;
+    QTest::newRow("repeat the last leaf") << K::RepeatChild << "Leaf 2" << 0;
+    QTest::newRow("repeat a geometry module") << K::RepeatChild << "Module" << 0;
+    QTest::newRow("drop a geometry entry") << K::DropGeometryEntry << "Module" << 0;
 }
 
 void TestSceneViewModel::eachDefectMakesExactlyItsDifference()
@@ -452,6 +480,29 @@ void TestSceneViewModel::defectsCombine()
     QCOMPARE(Test::treeLines(defective), Test::treeLines(expected));
 }
 
+void TestSceneViewModel::repeatedChildLeavesReferencesOnFirstCopy()
+{
+    const auto viewModel = buildDefectViewModel();
+    viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::RepeatChild, "Surface 1", {}, {}}});
+    const auto clone = viewModel->cloneSceneViewModel(false);
+    QVERIFY(viewModel->lastCloneUnappliedDefects().empty());
+
+    const auto geometry = Test::findItem(rootOf(*clone), "Geometry");
+    QCOMPARE(geometry->childCount(), std::size_t(3));
+    QCOMPARE(geometry->childAt(0)->getDisplayName(), std::string("Surface 1"));
+    QCOMPARE(geometry->childAt(1)->getDisplayName(), std::string("Surface 1"));
+    QVERIFY(geometry->childAt(0) != geometry->childAt(1));
+    QCOMPARE(geometry->childAt(1)->getParent(), static_cast<DisplayItemInterface*>(geometry.get()));
+
+    // The module still lists two items: the first copy of Surface 1 and Surface 2.
+    const auto module = std::dynamic_pointer_cast<GeometryModuleItem>(Test::findItem(rootOf(*clone), "Module"));
+    QVERIFY(module);
+    const DisplayItemList listed = module->getGeometryDisplayItems();
+    QCOMPARE(listed.size(), std::size_t(2));
+    QCOMPARE(listed.at(0), std::shared_ptr<DisplayItemInterface>(geometry->childAt(0)));
+    QCOMPARE(listed.at(1), std::shared_ptr<DisplayItemInterface>(geometry->childAt(2)));
+}
+
 void TestSceneViewModel::unappliedDefectsAreReported_data()
 {
     QTest::addColumn<CloneDefect::Kind>("kind");
@@ -467,6 +518,8 @@ void TestSceneViewModel::unappliedDefectsAreReported_data()
     QTest::newRow("unknown property") << K::ChangePropertyValue << "Leaf 1" << "missing" << "";
     QTest::newRow("same value") << K::ChangePropertyValue << "Leaf 1" << "color" << "red";
     QTest::newRow("only in the label model") << K::FlipVisibility << "Plot label" << "" << "";
+    QTest::newRow("repeat the root") << K::RepeatChild << "root" << "" << "";
+    QTest::newRow("geometry entry of a plain item") << K::DropGeometryEntry << "Group" << "" << "";
 }
 
 void TestSceneViewModel::unappliedDefectsAreReported()
@@ -507,6 +560,8 @@ void TestSceneViewModel::defectNames_data()
     QTest::newRow("change-type") << K::ChangeChildType << "change-type";
     QTest::newRow("flip-visibility") << K::FlipVisibility << "flip-visibility";
     QTest::newRow("change-property") << K::ChangePropertyValue << "change-property";
+    QTest::newRow("repeat-child") << K::RepeatChild << "repeat-child";
+    QTest::newRow("drop-geometry-entry") << K::DropGeometryEntry << "drop-geometry-entry";
 }
 
 void TestSceneViewModel::defectNames()

@@ -1,0 +1,399 @@
+#include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
+
+#include <hostcontract/BKLabel.h>
+#include <hostcontract/DisplayModel.h>
+
+#include <referencehost/model/CloneDefect.h>
+#include <referencehost/model/DisplayItem.h>
+#include <referencehost/model/SampleModel.h>
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include "ContextMenuDriver.h"
+#include "DebugIcons.h"
+#include "ContextMarkingTranslator.h"
+#include "TestTree.h"
+
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTextBlock>
+#include <QTranslator>
+#include <QTreeWidgetItemIterator>
+
+#include <memory>
+#include <type_traits>
+#include <typeinfo>
+#include <vector>
+
+using namespace Brennvik;
+using Brennvik::Test::debugIconName;
+using Brennvik::Test::findItem;
+
+Q_DECLARE_METATYPE(CloneDefect::Kind)
+
+namespace {
+
+using Brennvik::Test::DefectList;
+// (message, name of the original item that the entry names)
+using Finding = QPair<QString, QString>;
+using FindingList = QList<Finding>;
+
+using Brennvik::Test::makeViewModel;
+
+using Brennvik::Test::setDefects;
+
+//   root
+//     A
+//       B
+//         C1
+//         C2
+//       D
+//         D1
+//     E
+std::shared_ptr<DisplayItem> buildRuleTree()
+{
+    auto root = Test::buildTree({"root", {{"A", {{"B", {{"C1"}, {"C2"}}}, {"D", {{"D1"}}}}}, {"E"}}});
+    findItem(root, "D1")->setDisplayProperty("colour", "red");
+    return root;
+}
+
+// A view model that records the argument of every clone request and
+// otherwise is the scene view model it wraps.
+class RecordingViewModel : public ViewModelInterface
+{
+public:
+    explicit RecordingViewModel(std::shared_ptr<SceneViewModel> inner)
+        : m_inner(std::move(inner))
+    {
+    }
+    std::shared_ptr<ViewModelInterface> cloneViewModel(bool shareGeometry) const override
+    {
+        m_cloneArguments.push_back(shareGeometry);
+        return m_inner->cloneViewModel(shareGeometry);
+    }
+    DisplayModel* getDisplayModel() const override { return m_inner->getDisplayModel(); }
+    EditorDisplayModel* getEditorDisplayModel() const override { return m_inner->getEditorDisplayModel(); }
+    ViewBase* getView() const override { return m_inner->getView(); }
+    DisplayModel* getLabelDisplayModel() const override { return m_inner->getLabelDisplayModel(); }
+
+    const std::vector<bool>& cloneArguments() const { return m_cloneArguments; }
+
+private:
+    std::shared_ptr<SceneViewModel> m_inner;
+    mutable std::vector<bool> m_cloneArguments;
+};
+
+// The report the dialog writes for \a findings: per entry the message, the
+// original item's description, then a paragraph holding one line break.
+QString expectedReport(const std::shared_ptr<DisplayItem>& root, const FindingList& findings)
+{
+    if (findings.isEmpty())
+        return QStringLiteral("Trees are equal");
+    QStringList paragraphs;
+    for (const Finding& finding : findings) {
+        const auto item = findItem(root, finding.second.toStdString());
+        paragraphs << finding.first << QString::fromStdString(item ? item->getDescription() : std::string("<missing>"))
+                   << QStringLiteral("\n");
+    }
+    return paragraphs.join(QLatin1Char('\n'));
+}
+
+QString rowPath(const QTreeWidgetItem* row)
+{
+    QStringList parts;
+    for (const QTreeWidgetItem* r = row; r; r = r->parent())
+        parts.prepend(r->text(0));
+    return parts.join(QLatin1Char('/'));
+}
+
+QStringList dumpTree(QTreeWidget* tree)
+{
+    QStringList lines;
+    for (QTreeWidgetItemIterator it(tree); *it; ++it)
+        lines << rowPath(*it) + QLatin1Char(' ') + debugIconName((*it)->icon(0));
+    return lines;
+}
+
+using Brennvik::Test::ContextMarkingTranslator;
+
+} // namespace
+
+class tst_DebugCloneDisplayModelDialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // form
+    void dialogInheritsItsFormAndIsModal();
+    void formWidgets_data();
+    void formWidgets();
+    void gridAndTreeSettings();
+    void textsAreTranslatedInFormContext();
+
+    // report
+    void faithfulCloneReportsTreesAreEqual();
+    void report_data();
+    void report();
+    void reportEntryIsMessageItemBlankLine();
+
+    // lifecycle
+    void cloneIsMadeOnceAndDroppedWithDialog();
+    void rowsFollowNoDialog();
+};
+
+// ---------------------------------------------------------------- form
+
+void tst_DebugCloneDisplayModelDialog::dialogInheritsItsFormAndIsModal()
+{
+    static_assert(std::is_base_of_v<QDialog, DebugCloneDisplayModelDialog>, "a dialog");
+    static_assert(std::is_base_of_v<Ui::DebugCloneDisplayModelDialogClass, DebugCloneDisplayModelDialog>,
+                  "with its form");
+
+    DebugCloneDisplayModelDialog dialog(nullptr, makeViewModel(buildRuleTree()));
+    QCOMPARE(dialog.objectName(), QStringLiteral("DebugCloneDisplayModelDialogClass"));
+    QCOMPARE(dialog.metaObject()->className(), "Brennvik::DebugCloneDisplayModelDialog");
+    QVERIFY(dialog.isModal());
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("DisplayModelDialog"));
+    QCOMPARE(dialog.size(), QSize(764, 902));
+    QCOMPARE(dialog.layout(), static_cast<QLayout*>(dialog.gridLayout));
+}
+
+void tst_DebugCloneDisplayModelDialog::formWidgets_data()
+{
+    QTest::addColumn<QString>("objectName");
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<int>("columnSpan");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("original label") << "bkLabel" << "Brennvik::BKLabel" << 0 << 0 << 1 << "Display Model";
+    QTest::newRow("cloned label") << "bkLabel_2" << "Brennvik::BKLabel" << 0 << 1 << 1 << "Cloned Display Model";
+    QTest::newRow("original tree") << "m_displayItemTree" << "Brennvik::DisplayItemTreeWidget" << 1 << 0 << 1 << "";
+    QTest::newRow("cloned tree") << "m_clonedDisplayItemTree" << "Brennvik::DisplayItemTreeWidget" << 1 << 1 << 1 << "";
+    QTest::newRow("output") << "m_outputTextField" << "QPlainTextEdit" << 2 << 0 << 2 << "";
+}
+
+void tst_DebugCloneDisplayModelDialog::formWidgets()
+{
+    QFETCH(QString, objectName);
+    QFETCH(QString, className);
+    QFETCH(int, row);
+    QFETCH(int, column);
+    QFETCH(int, columnSpan);
+    QFETCH(QString, text);
+
+    DebugCloneDisplayModelDialog dialog(nullptr, makeViewModel(buildRuleTree()));
+    QWidget* widget = dialog.findChild<QWidget*>(objectName);
+    QVERIFY(widget);
+    QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), className);
+    QCOMPARE(widget->parentWidget(), static_cast<QWidget*>(&dialog));
+
+    QGridLayout* grid = dialog.gridLayout;
+    const int index = grid->indexOf(widget);
+    QVERIFY(index >= 0);
+    int r = -1, c = -1, rowSpan = 0, colSpan = 0;
+    grid->getItemPosition(index, &r, &c, &rowSpan, &colSpan);
+    QCOMPARE(r, row);
+    QCOMPARE(c, column);
+    QCOMPARE(rowSpan, 1);
+    QCOMPARE(colSpan, columnSpan);
+
+    if (auto* label = qobject_cast<QLabel*>(widget)) {
+        QCOMPARE(label->text(), text);
+        QCOMPARE(label->alignment(), Qt::AlignLeading | Qt::AlignLeft | Qt::AlignVCenter);
+    }
+}
+
+void tst_DebugCloneDisplayModelDialog::gridAndTreeSettings()
+{
+    DebugCloneDisplayModelDialog dialog(nullptr, makeViewModel(buildRuleTree()));
+    QGridLayout* grid = dialog.gridLayout;
+    QCOMPARE(grid->objectName(), QStringLiteral("gridLayout"));
+    QCOMPARE(grid->spacing(), 6);
+    QCOMPARE(grid->contentsMargins(), QMargins(11, 11, 11, 11));
+    QCOMPARE(grid->rowStretch(0), 0);
+    QCOMPARE(grid->rowStretch(1), 1);
+    QCOMPARE(grid->rowStretch(2), 0);
+    QCOMPARE(grid->count(), 5);
+
+    for (DisplayItemTreeWidget* tree : {dialog.m_displayItemTree, dialog.m_clonedDisplayItemTree}) {
+        QVERIFY(typeid(*tree) == typeid(DisplayItemTreeWidget));
+        QVERIFY(!tree->expandsOnDoubleClick());
+        QCOMPARE(tree->columnCount(), 1);
+        QCOMPARE(tree->header()->defaultSectionSize(), 40);
+        QVERIFY(tree->header()->stretchLastSection());
+        QCOMPARE(tree->headerItem()->text(0), QStringLiteral("1"));
+
+        // Both trees are made with their display item actions.
+        tree->expandAll();
+        QTreeWidgetItem* child = tree->topLevelItem(0)->child(0);
+        const Test::ContextMenuVisit visit = Test::rightClick(tree, tree->visualItemRect(child).center());
+        QVERIFY(visit.opened);
+        QVERIFY2(visit.entries.contains(QStringLiteral("&Delete display item"))
+                     && visit.entries.contains(QStringLiteral("Make subtree invisible"))
+                     && visit.entries.contains(QStringLiteral("Make subtree visible")),
+                 qPrintable(visit.entries.join(", ")));
+    }
+}
+
+void tst_DebugCloneDisplayModelDialog::textsAreTranslatedInFormContext()
+{
+    ContextMarkingTranslator translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    DebugCloneDisplayModelDialog dialog(nullptr, makeViewModel(buildRuleTree()));
+    QCoreApplication::removeTranslator(&translator);
+
+    const QString context = QStringLiteral("DebugCloneDisplayModelDialogClass:");
+    QCOMPARE(dialog.windowTitle(), context + "DisplayModelDialog");
+    QCOMPARE(dialog.bkLabel->text(), context + "Display Model");
+    QCOMPARE(dialog.bkLabel_2->text(), context + "Cloned Display Model");
+    QCOMPARE(dialog.m_displayItemTree->headerItem()->text(0), context + "1");
+    QCOMPARE(dialog.m_clonedDisplayItemTree->headerItem()->text(0), context + "1");
+}
+
+// ---------------------------------------------------------------- report
+
+void tst_DebugCloneDisplayModelDialog::faithfulCloneReportsTreesAreEqual()
+{
+    auto viewModel = buildSampleViewModel();
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), QStringLiteral("Trees are equal"));
+    QCOMPARE(dialog.m_outputTextField->document()->blockCount(), 1);
+
+    // Both trees show every item once, in the model's order, with the same icons.
+    const QStringList original = dumpTree(dialog.m_displayItemTree);
+    QCOMPARE(original.size(), int(Test::preOrder(viewModel->getDisplayModel()->getRootDisplayItem()).size()));
+    QCOMPARE(dumpTree(dialog.m_clonedDisplayItemTree), original);
+    QCOMPARE(dialog.m_displayItemTree->topLevelItemCount(), 1);
+    QCOMPARE(dialog.m_clonedDisplayItemTree->topLevelItemCount(), 1);
+}
+
+void tst_DebugCloneDisplayModelDialog::report_data()
+{
+    QTest::addColumn<DefectList>("defects");
+    QTest::addColumn<FindingList>("findings");
+    using K = CloneDefect::Kind;
+
+    QTest::newRow("shared child") << DefectList{{K::ShareChild, "B"}}
+                                  << FindingList{{"Pointer was copied", "B"}};
+    QTest::newRow("shared leaf") << DefectList{{K::ShareChild, "E"}} << FindingList{{"Pointer was copied", "E"}};
+    // Below a differing type nothing is examined: C1's visibility goes unreported.
+    QTest::newRow("other type") << DefectList{{K::ChangeChildType, "B"}, {K::FlipVisibility, "C1"}}
+                                << FindingList{{"Type differs", "B"}};
+    QTest::newRow("one more child") << DefectList{{K::AddChild, "B"}, {K::FlipVisibility, "C1"}}
+                                    << FindingList{{"Child count differs", "B"}};
+    QTest::newRow("one child less") << DefectList{{K::DropChild, "C2"}, {K::FlipVisibility, "C1"}}
+                                    << FindingList{{"Child count differs", "B"}};
+    QTest::newRow("repeated subtree") << DefectList{{K::RepeatChild, "D"}, {K::FlipVisibility, "B"}}
+                                      << FindingList{{"Child count differs", "A"}};
+    QTest::newRow("one more child of the root") << DefectList{{K::AddChild, "root"}}
+                                                << FindingList{{"Child count differs", "root"}};
+    QTest::newRow("visibility at several depths")
+        << DefectList{{K::FlipVisibility, "E"}, {K::FlipVisibility, "D1"}, {K::FlipVisibility, "A"},
+                      {K::FlipVisibility, "C2"}}
+        << FindingList{{"Visibility differs", "A"}, {"Visibility differs", "C2"}, {"Visibility differs", "D1"},
+                       {"Visibility differs", "E"}};
+    // The roots themselves are compared only through their children.
+    QTest::newRow("visibility of the root") << DefectList{{K::FlipVisibility, "root"}} << FindingList{};
+    QTest::newRow("property value") << DefectList{{K::ChangePropertyValue, "D1"}} << FindingList{};
+    QTest::newRow("all kinds, in pre-order")
+        << DefectList{{K::ShareChild, "E"}, {K::FlipVisibility, "A"}, {K::ChangeChildType, "D"},
+                      {K::AddChild, "B"}}
+        << FindingList{{"Visibility differs", "A"}, {"Child count differs", "B"}, {"Type differs", "D"},
+                       {"Pointer was copied", "E"}};
+}
+
+void tst_DebugCloneDisplayModelDialog::report()
+{
+    QFETCH(DefectList, defects);
+    QFETCH(FindingList, findings);
+
+    auto root = buildRuleTree();
+    auto viewModel = makeViewModel(root);
+    setDefects(*viewModel, defects);
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QVERIFY(viewModel->lastCloneUnappliedDefects().empty());
+
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), expectedReport(root, findings));
+}
+
+void tst_DebugCloneDisplayModelDialog::reportEntryIsMessageItemBlankLine()
+{
+    auto root = buildRuleTree();
+    auto viewModel = makeViewModel(root);
+    setDefects(*viewModel, {{CloneDefect::Kind::FlipVisibility, "C1"}, {CloneDefect::Kind::ShareChild, "D"}});
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+
+    const QString c1 = QString::fromStdString(findItem(root, "C1")->getDescription());
+    const QString d = QString::fromStdString(findItem(root, "D")->getDescription());
+    QVERIFY(c1.contains(QLatin1String("C1")));
+    // Message, item text, and a paragraph holding a line break, which shows as a blank line.
+    QCOMPARE(dialog.m_outputTextField->toPlainText(),
+             QStringLiteral("Visibility differs\n") + c1 + QStringLiteral("\n\n\nPointer was copied\n") + d
+                 + QStringLiteral("\n\n"));
+    QStringList blocks;
+    for (QTextBlock block = dialog.m_outputTextField->document()->begin(); block.isValid(); block = block.next())
+        blocks << block.text();
+    QCOMPARE(blocks, (QStringList{"Visibility differs", c1, "", "", "Pointer was copied", d, "", ""}));
+}
+
+// ---------------------------------------------------------------- lifecycle
+
+void tst_DebugCloneDisplayModelDialog::cloneIsMadeOnceAndDroppedWithDialog()
+{
+    auto root = buildRuleTree();
+    auto scene = makeViewModel(root);
+    auto viewModel = std::make_shared<RecordingViewModel>(scene);
+    std::weak_ptr<DisplayItemInterface> clonedRoot;
+    {
+        DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+        QCOMPARE(viewModel->cloneArguments(), std::vector<bool>{false});
+        auto* clonedTop = dynamic_cast<DisplayItemTreeWidgetItem*>(dialog.m_clonedDisplayItemTree->topLevelItem(0));
+        QVERIFY(clonedTop);
+        clonedRoot = clonedTop->getDisplayItem();
+        QVERIFY(!clonedRoot.expired());
+        QVERIFY(clonedRoot.lock() != std::shared_ptr<DisplayItemInterface>(root));
+        QCOMPARE(dynamic_cast<DisplayItemTreeWidgetItem*>(dialog.m_displayItemTree->topLevelItem(0))->getDisplayItem(),
+                 std::shared_ptr<DisplayItemInterface>(root));
+        QCOMPARE(root->observerCount(), std::size_t(1));
+
+        // Showing and hiding the snapshot computes nothing again.
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        dialog.hide();
+        QCOMPARE(viewModel->cloneArguments().size(), std::size_t(1));
+        QCOMPARE(scene->cloneCount(), 1);
+    }
+    QVERIFY(clonedRoot.expired());
+    QCOMPARE(root->observerCount(), std::size_t(0));
+}
+
+void tst_DebugCloneDisplayModelDialog::rowsFollowNoDialog()
+{
+    auto root = buildRuleTree();
+    auto viewModel = makeViewModel(root);
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QTreeWidgetItem* rowOfE = dialog.m_displayItemTree->topLevelItem(0)->child(1);
+    QCOMPARE(rowOfE->text(0), QStringLiteral("E"));
+    QCOMPARE(debugIconName(rowOfE->icon(0)), QStringLiteral("visible"));
+
+    // A row refreshes its own icon on its item's events ...
+    auto e = findItem(root, "E");
+    e->setVisible(false);
+    e->notifyVisualPropertiesChanged();
+    QCOMPARE(debugIconName(rowOfE->icon(0)), QStringLiteral("not_visible"));
+    // ... while the tree and the report stay a snapshot.
+    const QStringList before = dumpTree(dialog.m_displayItemTree);
+    root->appendChild(std::make_shared<DisplayItem>("Late"));
+    findItem(root, "C1")->parentItem()->removeChild(findItem(root, "C1"), false);
+    QCOMPARE(dumpTree(dialog.m_displayItemTree), before);
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), QStringLiteral("Trees are equal"));
+}
+
+QTEST_MAIN(tst_DebugCloneDisplayModelDialog)
+#include "tst_debugclonedisplaymodeldialog.moc"
