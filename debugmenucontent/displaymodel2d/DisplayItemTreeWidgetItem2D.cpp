@@ -1,0 +1,98 @@
+#include "DisplayItemTreeWidgetItem2D.h"
+
+#include "DisplayModel2DDialog.h"
+
+#include <hostcontract/DisplayItem2D.h>
+
+#include <QIcon>
+#include <QString>
+
+namespace Brennvik {
+
+// Shared by all 2D rows; made on first use and kept for the life of the process.
+QIcon* DisplayItemTreeWidgetItem2D::s_visibleIcon = nullptr;
+QIcon* DisplayItemTreeWidgetItem2D::s_notVisibleIcon = nullptr;
+
+DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidget* parent, std::shared_ptr<DisplayItem2D> item,
+                                                         DisplayModel2DDialog* dialog)
+    : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , DisplayItem2DObserver()
+    , m_displayItem(std::move(item))
+    , m_dialog(dialog)
+{
+    init();
+}
+
+DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidgetItem* parent,
+                                                         std::shared_ptr<DisplayItem2D> item,
+                                                         DisplayModel2DDialog* dialog)
+    : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , DisplayItem2DObserver()
+    , m_displayItem(std::move(item))
+    , m_dialog(dialog)
+{
+    init();
+}
+
+DisplayItemTreeWidgetItem2D::~DisplayItemTreeWidgetItem2D()
+{
+    m_displayItem.reset();
+}
+
+std::shared_ptr<DisplayItem2D> DisplayItemTreeWidgetItem2D::getDisplayItem()
+{
+    return m_displayItem;
+}
+
+void DisplayItemTreeWidgetItem2D::init()
+{
+    setVisiblityIcon();
+    // Set once: a later rename shows only when the tree is rebuilt.
+    setText(0, QString::fromStdString(m_displayItem->getDisplayName()));
+    observe(m_displayItem);
+}
+
+void DisplayItemTreeWidgetItem2D::setVisiblityIcon()
+{
+    setIcon(0, m_displayItem->getVisibility() != 0 ? *getNotVisibleIcon() : *getVisibleIcon());
+}
+
+void DisplayItemTreeWidgetItem2D::toggleVisibility()
+{
+    if (m_displayItem->getVisibility() == 0)
+        m_displayItem->setVisibility(DisplayItem2D::Visibility(1));
+    else
+        m_displayItem->setVisibility(DisplayItem2D::Visibility(0));
+}
+
+void DisplayItemTreeWidgetItem2D::onDisplayItemModified()
+{
+    setVisiblityIcon();
+    m_dialog->displayItemModified(this);
+}
+
+void DisplayItemTreeWidgetItem2D::onChildAdded(DisplayItem2D*, std::shared_ptr<DisplayItem2D> child)
+{
+    m_dialog->displayItemAdded(this, child);
+}
+
+void DisplayItemTreeWidgetItem2D::onChildRemoved(DisplayItem2D*, std::shared_ptr<DisplayItem2D> child)
+{
+    m_dialog->displayItemRemoved(this, child);
+}
+
+QIcon* DisplayItemTreeWidgetItem2D::getVisibleIcon()
+{
+    if (!s_visibleIcon)
+        s_visibleIcon = new QIcon(QStringLiteral(":/Icons/Debug/visible.svg"));
+    return s_visibleIcon;
+}
+
+QIcon* DisplayItemTreeWidgetItem2D::getNotVisibleIcon()
+{
+    if (!s_notVisibleIcon)
+        s_notVisibleIcon = new QIcon(QStringLiteral(":/Icons/Debug/not_visible.svg"));
+    return s_notVisibleIcon;
+}
+
+} // namespace Brennvik

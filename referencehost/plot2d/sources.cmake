@@ -1,0 +1,50 @@
+# Sources of the reference host's 2D plot side, relative to referencehost/:
+# 2D display models and items, plot widgets and managers, presenters, the 3D
+# view's projection and plot labels. Contract headers whose classes are
+# implemented here are listed as well (BkHQWidget2D.h for AUTOMOC).
+set(BRENNVIK_REFERENCEHOST_PLOT2D_SOURCES
+    ${PROJECT_SOURCE_DIR}/hostcontract/Vector.h
+    ${PROJECT_SOURCE_DIR}/hostcontract/ViewTransformationProvider.h
+    plot2d/ViewTransformationProvider.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/ViewBase.h
+    plot2d/ViewBase.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItem2D.h
+    plot2d/DisplayItem2D.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItem2DObserver.h
+    plot2d/DisplayItem2DObserver.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayModel2D.h
+    plot2d/DisplayModel2D.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/DisplayModel2DProvider.h
+    ${PROJECT_SOURCE_DIR}/hostcontract/GenericPlotManager.h
+    plot2d/GenericPlotManager.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/BkHQWidget2D.h
+    plot2d/BkHQWidget2D.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/PlotDescription.h
+    plot2d/PlotDescription.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/LabelDisplayItem.h
+    plot2d/LabelDisplayItem.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/PlotLabelDisplayItem.h
+    plot2d/PlotLabelDisplayItem.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/VirtualDrawArea.h
+    plot2d/VirtualDrawArea.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/BasePresenter.h
+    plot2d/BasePresenter.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/ProcessDesignerPresenter.h
+    plot2d/ProcessDesignerPresenter.cpp
+    ${PROJECT_SOURCE_DIR}/hostcontract/MainWindowPresenter.h
+    plot2d/MainWindowPresenter.cpp
+    plot2d/PlotItem2D.h
+    plot2d/PlotItem2D.cpp
+    plot2d/PlotAxisItem2D.h
+    plot2d/PlotAxisItem2D.cpp
+    plot2d/PlotCurveItem2D.h
+    plot2d/PlotCurveItem2D.cpp
+    plot2d/PlotLegendItem2D.h
+    plot2d/PlotLegendItem2D.cpp
+    plot2d/PlotLabelItem.h
+    plot2d/PlotLabelItem.cpp
+    plot2d/MaterialGenerator.h
+    plot2d/MaterialGenerator.cpp
+    plot2d/SamplePlots.h
+    plot2d/SamplePlots.cpp
+)
