@@ -49,6 +49,11 @@ const std::string& ToolKeyLookup::keyProperty() const
     return m_keyProperty;
 }
 
+std::shared_ptr<DisplayItemInterface> ToolKeyLookup::root() const
+{
+    return m_root.lock();
+}
+
 std::shared_ptr<ToolKeyLookup> ToolKeyLookup::remapped(const DisplayItemCloneMap& map) const
 {
     return std::make_shared<ToolKeyLookup>(map.remap(m_root.lock()), m_keyProperty);

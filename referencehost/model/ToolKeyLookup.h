@@ -22,6 +22,8 @@ public:
     std::shared_ptr<DisplayItemInterface> findDisplayItem(const Kind7Key& key) const override;
 
     const std::string& keyProperty() const;
+    /// The tree searched; empty when it is gone.
+    std::shared_ptr<DisplayItemInterface> root() const;
 
     /// The same lookup over the counterpart of the tree in a deep copy.
     std::shared_ptr<ToolKeyLookup> remapped(const DisplayItemCloneMap& map) const;
