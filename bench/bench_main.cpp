@@ -1,0 +1,90 @@
+// Scale benchmarks of the debug-menu library, each scenario next to its floor:
+// the same work done with a bare QTreeWidget and the host calls alone.
+//
+//   brennvik_bench [--max-n=N] [Google Benchmark options]
+//
+// --max-n limits the display-item counts (10,000, 100,000, 1,000,000) to
+// those up to N; the default runs all three.
+
+#include "BenchSupport.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QtGlobal>
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+namespace Brennvik::Bench {
+void registerTreeBuild(const Config& config);
+void registerFind(const Config& config);
+void registerSubtreeInvisible(const Config& config);
+void registerChildren(const Config& config);
+} // namespace Brennvik::Bench
+
+namespace {
+
+// The row handlers log each context-menu use; a million-row run must not
+// spend its time on that.
+void quietMessages(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    std::cerr << qPrintable(qFormatLogMessage(type, context, message)) << std::endl;
+}
+
+// Takes --max-n=N out of the arguments; 0 when absent.
+long takeMaxN(int& argc, char** argv)
+{
+    long maxN = 0;
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const char* arg = argv[i];
+        if (std::strncmp(arg, "--max-n=", 8) == 0) {
+            maxN = std::strtol(arg + 8, nullptr, 10);
+            continue;
+        }
+        argv[kept++] = argv[i];
+    }
+    argc = kept;
+    argv[argc] = nullptr;
+    return maxN;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Without a display the widgets still lay out and paint, off screen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The offscreen platform warns about every popup it cannot raise or grab for.
+    if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES"))
+        qputenv("QT_LOGGING_RULES", "qt.qpa.*=false");
+    qInstallMessageHandler(quietMessages);
+
+    const long maxN = takeMaxN(argc, argv);
+    QApplication app(argc, argv);
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+
+    Brennvik::Bench::Config config;
+    for (long n : {10000L, 100000L, 1000000L}) {
+        if (maxN <= 0 || n <= maxN)
+            config.sizes.push_back(n);
+    }
+    Brennvik::Bench::registerTreeBuild(config);
+    Brennvik::Bench::registerFind(config);
+    Brennvik::Bench::registerSubtreeInvisible(config);
+    Brennvik::Bench::registerChildren(config);
+
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,76 @@
+// Building the tree: DisplayModelDialog::setViewModel on a shown dialog
+// against a shown bare QTreeWidget filled with rows of the same shape, text
+// and icon.
+
+#include "BenchSupport.h"
+
+#include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QElapsedTimer>
+#include <QTreeWidget>
+
+namespace Brennvik::Bench {
+
+namespace {
+
+void treeBuildLibrary(benchmark::State& state, long n)
+{
+    const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
+    Recorder recorder;
+    for (auto _ : state) {
+        auto dialog = std::make_unique<DisplayModelDialog>(nullptr);
+        dialog->show();
+        settle();
+
+        PeakMemory memory;
+        memory.reset();
+        QElapsedTimer timer;
+        timer.start();
+        dialog->setViewModel(model);
+        settle();
+        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+        recorder.add(memory);
+
+        recorder.setRows(countRows(dialog->m_displayItemTreeWidget));
+    }
+    recorder.finish(state, n);
+}
+
+void treeBuildFloor(benchmark::State& state, long n)
+{
+    const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
+    const std::shared_ptr<DisplayItemInterface> root = model->getDisplayModel()->getRootDisplayItem();
+    rowIcons();
+    Recorder recorder;
+    for (auto _ : state) {
+        std::unique_ptr<QTreeWidget> tree = makeFloorTreeWidget();
+
+        PeakMemory memory;
+        memory.reset();
+        QElapsedTimer timer;
+        timer.start();
+        const std::size_t rows = buildFloorTree(tree.get(), root);
+        settle();
+        state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
+        recorder.add(memory);
+
+        recorder.setRows(rows);
+    }
+    recorder.finish(state, n);
+}
+
+} // namespace
+
+void registerTreeBuild(const Config& config)
+{
+    for (long n : config.sizes) {
+        registerCase("TreeBuild", "Library", n, [n](benchmark::State& state) { treeBuildLibrary(state, n); });
+        registerCase("TreeBuild", "Floor", n, [n](benchmark::State& state) { treeBuildFloor(state, n); });
+    }
+}
+
+} // namespace Brennvik::Bench

@@ -1,0 +1,162 @@
+#!/usr/bin/env python3
+"""Pairs each library benchmark with its floor and writes the summary.
+
+    summarize.py RAW.json [--markdown OUT.md] [--json OUT.json]
+
+RAW.json is the --benchmark_out file of brennvik_bench. Benchmarks are named
+"<Scenario>/<Library|Floor>/<N>[/...]". For every scenario and N the summary
+holds both times (ms), their ratio, both peak resident sets and what the
+measured part added to them (MiB); for every scenario the growth exponent
+log(t2/t1)/log(N2/N1) between its smallest and largest N.
+"""
+
+import argparse
+import json
+import math
+import re
+import sys
+
+NAME = re.compile(r"^(?P<scenario>[^/]+)/(?P<side>Library|Floor)/(?P<n>\d+)(/|$)")
+TO_MS = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
+
+
+def load(path):
+    with open(path, encoding="utf-8") as f:
+        raw = json.load(f)
+    cells = {}
+    order = []
+    for bench in raw.get("benchmarks", []):
+        if bench.get("run_type", "iteration") != "iteration":
+            continue
+        match = NAME.match(bench["name"])
+        if not match:
+            continue
+        scenario, side, n = match["scenario"], match["side"], int(match["n"])
+        if scenario not in order:
+            order.append(scenario)
+        cell = cells.setdefault((scenario, n), {})
+        if bench.get("error_occurred"):
+            cell[side] = {"error": bench.get("error_message", "failed")}
+            continue
+        cell[side] = {
+            "ms": bench["real_time"] * TO_MS[bench.get("time_unit", "ns")],
+            "peak_mib": bench.get("peak_MiB"),
+            "added_mib": bench.get("added_MiB"),
+            "rows": bench.get("rows"),
+            "iterations": bench.get("iterations"),
+        }
+    return raw.get("context", {}), order, cells
+
+
+def exponent(t1, t2, n1, n2):
+    if not t1 or not t2 or n1 == n2 or t1 <= 0 or t2 <= 0:
+        return None
+    return math.log(t2 / t1) / math.log(n2 / n1)
+
+
+def summarize(context, order, cells):
+    results = []
+    growth = []
+    for scenario in order:
+        sizes = sorted(n for (s, n) in cells if s == scenario)
+        for n in sizes:
+            cell = cells[(scenario, n)]
+            lib = cell.get("Library", {})
+            floor = cell.get("Floor", {})
+            lib_ms, floor_ms = lib.get("ms"), floor.get("ms")
+            results.append({
+                "scenario": scenario,
+                "n": n,
+                "library_ms": lib_ms,
+                "floor_ms": floor_ms,
+                "ratio": lib_ms / floor_ms if lib_ms and floor_ms else None,
+                "library_peak_mib": lib.get("peak_mib"),
+                "floor_peak_mib": floor.get("peak_mib"),
+                "library_added_mib": lib.get("added_mib"),
+                "floor_added_mib": floor.get("added_mib"),
+                "rows": lib.get("rows"),
+                "iterations": lib.get("iterations"),
+                "errors": [f"{side}: {c['error']}" for side, c in cell.items() if "error" in c],
+            })
+            # Both sides must have worked on trees of the same size.
+            if lib.get("rows") is not None and floor.get("rows") is not None and lib["rows"] != floor["rows"]:
+                results[-1]["errors"].append(f"rows differ: library {lib['rows']:.0f}, floor {floor['rows']:.0f}")
+        timed = [n for n in sizes if cells[(scenario, n)].get("Library", {}).get("ms")]
+        if len(timed) >= 2:
+            n1, n2 = timed[0], timed[-1]
+            c1, c2 = cells[(scenario, n1)], cells[(scenario, n2)]
+            growth.append({
+                "scenario": scenario,
+                "n_from": n1,
+                "n_to": n2,
+                "library_exponent": exponent(c1["Library"].get("ms"), c2["Library"].get("ms"), n1, n2),
+                "floor_exponent": exponent(c1.get("Floor", {}).get("ms"), c2.get("Floor", {}).get("ms"), n1, n2),
+            })
+    # Not "library_build_type": that is the benchmark framework's own build, not the code measured.
+    keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg")
+    return {"context": {k: context[k] for k in keys if k in context}, "results": results, "growth": growth}
+
+
+def fmt(value, digits=1):
+    if value is None:
+        return "–"
+    if isinstance(value, float) and abs(value) >= 100:
+        return f"{value:,.0f}"
+    return f"{value:,.{digits}f}"
+
+
+def memory(peak, added):
+    if peak is None:
+        return "–"
+    return f"{peak:,.0f} (+{added:,.0f})" if added is not None else f"{peak:,.0f}"
+
+
+def markdown(summary):
+    ctx = summary["context"]
+    lines = ["# Benchmark results", ""]
+    if ctx:
+        load = ", ".join(f"{x:.2f}" for x in ctx.get("load_avg", []))
+        lines.append(f"Run {ctx.get('date', '?')} on {ctx.get('num_cpus', '?')} CPUs at "
+                     f"{ctx.get('mhz_per_cpu', '?')} MHz, load average {load or '?'}.")
+        lines.append("")
+    growth = {g["scenario"]: g for g in summary["growth"]}
+    lines.append("| scenario | N | library ms | floor ms | ratio | peak MiB (+added) | floor peak MiB (+added) | growth library / floor |")
+    lines.append("|---|---:|---:|---:|---:|---:|---:|---:|")
+    for r in summary["results"]:
+        g = growth.get(r["scenario"])
+        grow = "–"
+        if g and r["n"] == g["n_to"]:
+            grow = f"{fmt(g['library_exponent'], 2)} / {fmt(g['floor_exponent'], 2)}"
+        ratio = f"{r['ratio']:.2f}×" if r["ratio"] is not None else "–"
+        note = f" ⚠ {'; '.join(r['errors'])}" if r["errors"] else ""
+        lines.append(f"| {r['scenario']} | {r['n']:,} | {fmt(r['library_ms'])} | {fmt(r['floor_ms'])} | {ratio} | "
+                     f"{memory(r['library_peak_mib'], r['library_added_mib'])} | "
+                     f"{memory(r['floor_peak_mib'], r['floor_added_mib'])} | {grow}{note} |")
+    lines.append("")
+    lines.append("Times are wall-clock per run of the measured part only. Growth is "
+                 "log(t2/t1)/log(N2/N1) from the smallest to the largest N: 1 is linear, 2 quadratic.")
+    return "\n".join(lines) + "\n"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("raw")
+    parser.add_argument("--markdown")
+    parser.add_argument("--json")
+    args = parser.parse_args()
+
+    summary = summarize(*load(args.raw))
+    text = markdown(summary)
+    if args.markdown:
+        with open(args.markdown, "w", encoding="utf-8") as f:
+            f.write(text)
+    else:
+        sys.stdout.write(text)
+    if args.json:
+        with open(args.json, "w", encoding="utf-8") as f:
+            json.dump(summary, f, indent=2)
+            f.write("\n")
+
+
+if __name__ == "__main__":
+    main()
