@@ -1,5 +1,8 @@
 #include "TestTree.h"
 
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
 #include <hostcontract/GeometryModuleDisplayItemInterface.h>
 #include <hostcontract/LabelableDisplayItemInterface.h>
 #include <hostcontract/ShellDisplayItem.h>
@@ -119,6 +122,21 @@ QString itemLine(const DisplayItemInterface& item, int depth)
     item.getProperties(business, display);
     line += QStringLiteral(" business={%1} display={%2}").arg(propertiesText(business), propertiesText(display));
     return line;
+}
+
+std::shared_ptr<SceneViewModel> makeViewModel(const std::shared_ptr<DisplayItem>& root)
+{
+    auto viewModel = std::make_shared<SceneViewModel>();
+    viewModel->displayModel().setRootDisplayItem(root);
+    return viewModel;
+}
+
+void setDefects(SceneViewModel& viewModel, const DefectList& defects)
+{
+    std::vector<CloneDefect> list;
+    for (const auto& defect : defects)
+        list.push_back(CloneDefect{defect.first, defect.second.toStdString(), {}, {}});
+    viewModel.setCloneDefects(list);
 }
 
 } // namespace Brennvik::Test

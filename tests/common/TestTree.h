@@ -1,12 +1,20 @@
 #pragma once
 
+#include <referencehost/model/CloneDefect.h>
 #include <referencehost/model/DisplayItem.h>
 
+#include <QList>
+#include <QPair>
+#include <QString>
 #include <QStringList>
 
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace Brennvik {
+class SceneViewModel;
+}
 
 namespace Brennvik::Test {
 
@@ -41,5 +49,14 @@ QStringList treeLines(const std::shared_ptr<DisplayItemInterface>& root);
 
 /// The line treeLines writes for \a item at \a depth.
 QString itemLine(const DisplayItemInterface& item, int depth);
+
+/// A view model whose display model holds \a root (nothing else).
+std::shared_ptr<SceneViewModel> makeViewModel(const std::shared_ptr<DisplayItem>& root);
+
+/// Clone defects as (kind, target name) pairs, for data-driven tests.
+using DefectList = QList<QPair<CloneDefect::Kind, QString>>;
+
+/// Makes every clone of \a viewModel carry \a defects (property and value left empty).
+void setDefects(SceneViewModel& viewModel, const DefectList& defects);
 
 } // namespace Brennvik::Test

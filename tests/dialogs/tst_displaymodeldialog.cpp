@@ -19,6 +19,8 @@
 #include <referencehost/model/ToolKeySource.h>
 
 #include "../common/ContextMenuDriver.h"
+#include "../common/ContextMarkingTranslator.h"
+#include "../common/TestTree.h"
 #include "../common/DebugIcons.h"
 
 #include <QAbstractItemModelTester>
@@ -49,12 +51,7 @@ using Brennvik::Test::debugIconName;
 
 namespace {
 
-std::shared_ptr<SceneViewModel> makeViewModel(const std::shared_ptr<DisplayItem>& root)
-{
-    auto viewModel = std::make_shared<SceneViewModel>();
-    viewModel->displayModel().setRootDisplayItem(root);
-    return viewModel;
-}
+using Brennvik::Test::makeViewModel;
 
 std::shared_ptr<DisplayItem> addChild(const std::shared_ptr<DisplayItem>& parent, const std::string& name)
 {
@@ -178,19 +175,7 @@ QStringList headerTexts(QTreeWidget* tree)
     return texts;
 }
 
-// Marks every text with its translation context, to show where each text is translated.
-class ContextMarkingTranslator : public QTranslator
-{
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char* context, const char* sourceText, const char* disambiguation = nullptr,
-                      int n = -1) const override
-    {
-        Q_UNUSED(disambiguation);
-        Q_UNUSED(n);
-        return QString::fromLatin1(context) + QLatin1Char(':') + QString::fromUtf8(sourceText);
-    }
-};
+using Brennvik::Test::ContextMarkingTranslator;
 
 } // namespace
 

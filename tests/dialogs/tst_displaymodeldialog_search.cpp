@@ -56,12 +56,7 @@ namespace {
 
 const QString NoRow = QStringLiteral("<none>");
 
-std::shared_ptr<SceneViewModel> makeViewModel(const std::shared_ptr<DisplayItem>& root)
-{
-    auto viewModel = std::make_shared<SceneViewModel>();
-    viewModel->displayModel().setRootDisplayItem(root);
-    return viewModel;
-}
+using Brennvik::Test::makeViewModel;
 
 // A root whose count the host decides, whatever its children.
 class HostCountedItem : public DisplayItem
