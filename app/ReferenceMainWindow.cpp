@@ -1,17 +1,27 @@
 #include "ReferenceMainWindow.h"
 
+#include "ProcessPlots.h"
 #include "SceneView3D.h"
+
+#include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
+#include <debugmenucontent/displaymodel2d/DisplayModel2DDialog.h>
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 
+#include <hostcontract/BkHQWidget2D.h>
 #include <hostcontract/DisplayItemInterface.h>
+#include <hostcontract/MainWindowPresenter.h>
+#include <hostcontract/ProcessDesignerPresenter.h>
+#include <hostcontract/ViewBase.h>
 
 #include <referencehost/model/SceneDisplayModel.h>
 #include <referencehost/model/SceneDrawAreaPresenter.h>
 #include <referencehost/model/SceneViewModel.h>
+#include <referencehost/plot2d/MaterialGenerator.h>
 
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QSplitter>
 #include <QMenuBar>
@@ -37,6 +47,9 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     : QMainWindow(parent)
     , m_viewModel(std::move(viewModel))
     , m_drawAreaPresenter(std::make_unique<SceneDrawAreaPresenter>())
+    , m_mainWindowPresenter(std::make_unique<MainWindowPresenter>())
+    , m_plots(std::make_unique<ProcessPlots>())
+    , m_view(std::make_unique<ViewBase>())
     , m_tree(new DisplayItemTreeWidget(nullptr, true))
     , m_sceneView(new SceneView3D)
 {
@@ -45,13 +58,38 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     m_tree->setHeaderLabel(tr("Display items"));
     m_tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 
+    // The 3D view above, the process plots of the draw-area set below it.
+    auto* plotStrip = new QWidget;
+    plotStrip->setObjectName(QStringLiteral("processPlots"));
+    auto* plotLayout = new QHBoxLayout(plotStrip);
+    plotLayout->setContentsMargins(0, 0, 0, 0);
+    for (BkHQWidget2D* plot : m_plots->createProcessPlotWidgets(plotStrip)) {
+        plotLayout->addWidget(plot);
+        m_mainWindowPresenter->getLeftProcessDesigner()->addDrawArea2D(plot);
+    }
+    auto* drawAreas = new QSplitter(Qt::Vertical);
+    drawAreas->setObjectName(QStringLiteral("drawAreaSplitter"));
+    drawAreas->addWidget(m_sceneView);
+    drawAreas->addWidget(plotStrip);
+    drawAreas->setStretchFactor(0, 3);
+    drawAreas->setStretchFactor(1, 2);
+
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setObjectName(QStringLiteral("mainSplitter"));
     splitter->addWidget(m_tree);
-    splitter->addWidget(m_sceneView);
+    splitter->addWidget(drawAreas);
     splitter->setStretchFactor(0, 2);
     splitter->setStretchFactor(1, 3);
     setCentralWidget(splitter);
+
+    // The 3D view is the view model's view; plot labels in it lead to the plots.
+    m_view->setViewWidget(m_sceneView);
+    m_viewModel->setView(m_view.get());
+    m_plots->addPlotLabels(*m_viewModel);
+
+    // The material generator is a window of its own that the application names.
+    m_materialGenerator = m_plots->createMaterialGeneratorWindow();
+    setMaterialGeneratorWindow(m_materialGenerator);
 
     // The draw area draws whatever its presenter is handed: the dialogs hand
     // it a clone and back.
@@ -68,6 +106,17 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     debugMenu->setObjectName(QStringLiteral("debugMenu"));
     QAction* displayModelAction = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
     displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
+    QAction* cloneAction = debugMenu->addAction(tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); });
+    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
+    QAction* model2DAction = debugMenu->addAction(tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); });
+    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
+    QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
+    windowMenu->addAction(tr("&Material generator"), this, [this]() {
+        if (m_materialGenerator) {
+            m_materialGenerator->show();
+            m_materialGenerator->raise();
+        }
+    });
 
     m_viewModel->displayModel().setUpdateCallback([this]() { onModelUpdated(); });
 
@@ -77,8 +126,13 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
 
 ReferenceMainWindow::~ReferenceMainWindow()
 {
-    // The dialog goes first: it may hand the presenter its view model back.
+    // The dialogs go first: the display model dialog may hand the presenter
+    // its view model back, the 2D dialog holds the main-window presenter.
+    delete m_cloneComparisonDialog;
+    delete m_displayModel2DDialog;
     delete m_displayModelDialog;
+    delete m_materialGenerator;
+    m_viewModel->setView(nullptr);
     m_drawAreaPresenter->setChangeCallback({});
     m_viewModel->displayModel().setUpdateCallback({});
     if (const std::shared_ptr<SceneViewModel> foreign = m_foreignViewModel.lock())
@@ -128,12 +182,50 @@ DisplayModelDialog* ReferenceMainWindow::openDisplayModelDialog()
     return m_displayModelDialog;
 }
 
+DebugCloneDisplayModelDialog* ReferenceMainWindow::openCloneComparisonDialog()
+{
+    // A one-shot check: each opening clones the view model afresh.
+    delete m_cloneComparisonDialog;
+    m_cloneComparisonDialog = new DebugCloneDisplayModelDialog(this, m_viewModel);
+    m_cloneComparisonDialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_cloneComparisonDialog->show();
+    return m_cloneComparisonDialog;
+}
+
+DisplayModel2DDialog* ReferenceMainWindow::openDisplayModel2DDialog()
+{
+    if (!m_displayModel2DDialog) {
+        // As the application's Debug menu does it: presenter and parent, then the view model.
+        m_displayModel2DDialog = new DisplayModel2DDialog(*m_mainWindowPresenter, this);
+        m_displayModel2DDialog->setViewModel(m_viewModel);
+    }
+    m_displayModel2DDialog->show();
+    m_displayModel2DDialog->raise();
+    return m_displayModel2DDialog;
+}
+
 QList<QWidget*> ReferenceMainWindow::openDialogs() const
 {
     QList<QWidget*> dialogs;
+    if (m_materialGenerator && m_materialGenerator->isVisible())
+        dialogs << m_materialGenerator;
     if (m_displayModelDialog && m_displayModelDialog->isVisible())
         dialogs << m_displayModelDialog;
+    if (m_cloneComparisonDialog && m_cloneComparisonDialog->isVisible())
+        dialogs << m_cloneComparisonDialog;
+    if (m_displayModel2DDialog && m_displayModel2DDialog->isVisible())
+        dialogs << m_displayModel2DDialog;
     return dialogs;
+}
+
+void ReferenceMainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // The material generator opens with the application, beside it.
+    if (m_materialGenerator && !m_materialGenerator->isVisible()) {
+        m_materialGenerator->move(frameGeometry().topRight() + QPoint(16, 0));
+        m_materialGenerator->show();
+    }
 }
 
 void ReferenceMainWindow::rebuildTree()

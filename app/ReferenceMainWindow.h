@@ -2,20 +2,28 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 
 namespace Brennvik {
 
+class DebugCloneDisplayModelDialog;
 class DisplayItemTreeWidget;
+class DisplayModel2DDialog;
 class DisplayModelDialog;
+class MainWindowPresenter;
+class ProcessPlots;
+class ViewBase;
 class SceneDrawAreaPresenter;
 class SceneView3D;
 class SceneViewModel;
 class ViewModelInterface;
 
 /// Main window of the reference application: the display model of the
-/// sample part and process as a live tree beside the 3D view that draws it.
+/// sample part and process as a live tree beside the 3D view that draws it,
+/// the process plots below the view, a material generator window with more
+/// plots, and the debug dialogs in the Debug menu.
 class ReferenceMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -26,11 +34,20 @@ public:
     DisplayItemTreeWidget* displayItemTree() const { return m_tree; }
     SceneView3D* sceneView() const { return m_sceneView; }
     SceneDrawAreaPresenter* drawAreaPresenter() const { return m_drawAreaPresenter.get(); }
+    MainWindowPresenter* mainWindowPresenter() const { return m_mainWindowPresenter.get(); }
+    QWidget* materialGeneratorWindow() const { return m_materialGenerator; }
 
     /// Opens the display model dialog of the Debug menu (made on first use).
     DisplayModelDialog* openDisplayModelDialog();
+    /// Opens a new clone comparison dialog (a one-shot check of a fresh clone).
+    DebugCloneDisplayModelDialog* openCloneComparisonDialog();
+    /// Opens the 2D display model dialog of the Debug menu (made on first use).
+    DisplayModel2DDialog* openDisplayModel2DDialog();
     /// The dialogs of the Debug menu that are open now.
     QList<QWidget*> openDialogs() const;
+
+protected:
+    void showEvent(QShowEvent* event) override;
 
 private:
     void rebuildTree();
@@ -40,12 +57,18 @@ private:
 
     std::shared_ptr<SceneViewModel> m_viewModel;
     std::unique_ptr<SceneDrawAreaPresenter> m_drawAreaPresenter;
+    std::unique_ptr<MainWindowPresenter> m_mainWindowPresenter;
+    std::unique_ptr<ProcessPlots> m_plots;
+    std::unique_ptr<ViewBase> m_view;
     DisplayItemTreeWidget* m_tree;
     SceneView3D* m_sceneView;
     // A view model other than ours that the draw area was handed (a clone):
     // its updates repaint the 3D view while it is shown.
     std::weak_ptr<SceneViewModel> m_foreignViewModel;
     DisplayModelDialog* m_displayModelDialog = nullptr;
+    DisplayModel2DDialog* m_displayModel2DDialog = nullptr;
+    QPointer<DebugCloneDisplayModelDialog> m_cloneComparisonDialog;
+    QPointer<QWidget> m_materialGenerator;
     quint64 m_shownItemCount = 0;
 };
 

@@ -3,6 +3,10 @@
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
 #include <hostcontract/LabelableDisplayItemInterface.h>
+#include <hostcontract/PlotDescription.h>
+#include <hostcontract/PlotLabelDisplayItem.h>
+#include <hostcontract/ViewBase.h>
+#include <hostcontract/ViewTransformationProvider.h>
 #include <hostcontract/ViewModelInterface.h>
 
 #include <QPainter>
@@ -102,6 +106,14 @@ QStringList SceneView3D::drawnItemNames() const
     return names;
 }
 
+QStringList SceneView3D::drawnPlotLabels() const
+{
+    QStringList texts;
+    for (const PlotLabel& label : m_plotLabels)
+        texts << label.text;
+    return texts;
+}
+
 QSize SceneView3D::sizeHint() const
 {
     return QSize(640, 520);
@@ -114,6 +126,7 @@ void SceneView3D::refresh()
     m_drawnCount = 0;
     m_selectedCount = 0;
     m_skippedCount = 0;
+    collectPlotLabels();
 
     DisplayModel* displayModel = m_viewModel ? m_viewModel->getDisplayModel() : nullptr;
     const std::shared_ptr<DisplayItemInterface> root = displayModel ? displayModel->getRootDisplayItem() : nullptr;
@@ -142,6 +155,36 @@ void SceneView3D::refresh()
         tile.y = (slot / columns) * TileSpacing;
     }
     update();
+}
+
+void SceneView3D::collectPlotLabels()
+{
+    m_plotLabels.clear();
+    // Plot labels live in the view's label model and are placed by the view's
+    // own transformation, as the host's debug tools find them.
+    const ViewBase* view = m_viewModel ? m_viewModel->getView() : nullptr;
+    DisplayModel* labelModel = m_viewModel ? m_viewModel->getLabelDisplayModel() : nullptr;
+    const std::shared_ptr<DisplayItemInterface> root = labelModel ? labelModel->getRootDisplayItem() : nullptr;
+    if (!view || !root || !root->isVisible())
+        return;
+    const ViewTransformationProvider& transformation = view->getMainWindowTransformationProvider();
+    std::vector<std::shared_ptr<DisplayItemInterface>> stack{root};
+    while (!stack.empty()) {
+        const std::shared_ptr<DisplayItemInterface> item = std::move(stack.back());
+        stack.pop_back();
+        if (!item || !item->isVisible())
+            continue;
+        if (const auto* label = dynamic_cast<const PlotLabelDisplayItem*>(item.get())) {
+            const Vector<float, 3> pixel = transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
+            const PlotDescription* plot = label->getPlotDescription();
+            const QString text = plot ? QString::fromStdString(plot->getTitle())
+                                      : QString::fromStdString(item->getDisplayName());
+            m_plotLabels.append({QPointF(pixel.x(), pixel.y()), text});
+        }
+        const DisplayItemList children = item->getChildren();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            stack.push_back(*it);
+    }
 }
 
 void SceneView3D::collect(const std::shared_ptr<DisplayItemInterface>& top, bool parentShown, int island, int depth)
@@ -277,6 +320,23 @@ void SceneView3D::paintEvent(QPaintEvent*)
             taken.append(box);
             painter.drawText(on, tile->label);
         }
+    }
+
+    // Plot labels: a marker at the anchor and a tag naming the plot.
+    for (const PlotLabel& label : qAsConst(m_plotLabels)) {
+        QFont tagFont = painter.font();
+        tagFont.setPointSizeF(8);
+        tagFont.setBold(false);
+        painter.setFont(tagFont);
+        const QFontMetrics metrics(tagFont);
+        const QRectF tag = QRectF(metrics.boundingRect(label.text)).adjusted(-5, -3, 5, 3).translated(label.anchor + QPointF(14, -10));
+        painter.setPen(QPen(QColor(0x1a, 0x52, 0x76), 1.2));
+        painter.drawLine(label.anchor, tag.bottomLeft());
+        painter.setBrush(QColor(0xfd, 0xfe, 0xfe, 230));
+        painter.drawRoundedRect(tag, 3, 3);
+        painter.setBrush(QColor(0x1a, 0x52, 0x76));
+        painter.drawEllipse(label.anchor, 3, 3);
+        painter.drawText(tag, Qt::AlignCenter, label.text);
     }
 
     painter.setPen(Qt::white);

@@ -39,6 +39,8 @@ public:
     int selectedItemCount() const;
     /// The display names of the drawn items, in drawing order from the root.
     QStringList drawnItemNames() const;
+    /// The texts of the plot labels drawn, each at its anchor's place in the view.
+    QStringList drawnPlotLabels() const;
 
     QSize sizeHint() const override;
 
@@ -60,12 +62,20 @@ private:
         bool point = false;
     };
 
+    struct PlotLabel
+    {
+        QPointF anchor;
+        QString text;
+    };
+
     void collect(const std::shared_ptr<DisplayItemInterface>& item, bool shown, int island, int depth);
+    void collectPlotLabels();
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     QString m_caption;
     QVector<Tile> m_tiles;
     QVector<int> m_islandSlots;
+    QVector<PlotLabel> m_plotLabels;
     int m_drawnCount = 0;
     int m_selectedCount = 0;
     int m_skippedCount = 0;

@@ -3,6 +3,8 @@
 #include <referencehost/model/CloneDefect.h>
 #include <referencehost/model/SampleModel.h>
 #include <referencehost/model/SceneViewModel.h>
+#include <referencehost/modelfile/ModelFile.h>
+#include <referencehost/modelfile/ModelFileError.h>
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -61,18 +63,29 @@ int main(int argc, char* argv[])
     const QCommandLineOption generateOption(
         QStringLiteral("generate"), QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
         QStringLiteral("n"));
-    const QCommandLineOption openOption(QStringLiteral("open"),
-                                        QStringLiteral("Open a dialog at start: display-model."),
-                                        QStringLiteral("name"));
+    const QCommandLineOption modelOption(QStringLiteral("model"),
+                                         QStringLiteral("Show the model snapshot of the JSON <file> instead of the sample."),
+                                         QStringLiteral("file"));
+    const QCommandLineOption saveModelOption(
+        QStringLiteral("save-model"),
+        QStringLiteral("Write the model shown (before any change) as a JSON snapshot to <file>."), QStringLiteral("file"));
+    const QCommandLineOption openOption(
+        QStringLiteral("open"),
+        QStringLiteral("Open a dialog at start, as the Debug menu does: display-model, clone-comparison or\n"
+                       "display-model-2d. May be given more than once."),
+        QStringLiteral("name"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
         QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."), QStringLiteral("file"));
     const QCommandLineOption cloneDefectOption(
         QStringLiteral("clone-defect"),
         QStringLiteral("Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
-                       "share-child, change-type, flip-visibility, change-property; target an item's display name\n"
+                       "share-child, repeat-child, change-type, flip-visibility, change-property, drop-geometry-entry;\n"
+                       "target an item's display name\n"
                        "(the first in pre-order). May be given more than once."),
         QStringLiteral("kind:target"));
+    parser.addOption(modelOption);
+    parser.addOption(saveModelOption);
     parser.addOption(generateOption);
     parser.addOption(cloneDefectOption);
     parser.addOption(openOption);
@@ -80,7 +93,18 @@ int main(int argc, char* argv[])
     parser.process(app);
 
     std::shared_ptr<Brennvik::SceneViewModel> viewModel;
-    if (parser.isSet(generateOption)) {
+    if (parser.isSet(modelOption) && parser.isSet(generateOption)) {
+        std::fprintf(stderr, "brennvik-referenceapp: --model and --generate exclude each other\n");
+        return 2;
+    }
+    if (parser.isSet(modelOption)) {
+        Brennvik::ModelFileError error;
+        viewModel = Brennvik::ModelFile::load(parser.value(modelOption), &error);
+        if (!viewModel) {
+            std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(error.toString()));
+            return 1;
+        }
+    } else if (parser.isSet(generateOption)) {
         bool ok = false;
         const qulonglong count = parser.value(generateOption).toULongLong(&ok);
         if (!ok || count == 0 || count > 50'000'000ULL) {
@@ -93,13 +117,23 @@ int main(int argc, char* argv[])
         viewModel = Brennvik::buildSampleViewModel();
     }
 
+    if (parser.isSet(saveModelOption)) {
+        QString error;
+        if (!Brennvik::ModelFile::save(*viewModel, parser.value(saveModelOption), &error)) {
+            std::fprintf(stderr, "brennvik-referenceapp: cannot save the model: %s\n", qPrintable(error));
+            return 1;
+        }
+        std::printf("model written: %s\n", qPrintable(parser.value(saveModelOption)));
+    }
+
     std::vector<Brennvik::CloneDefect> defects;
     for (const QString& text : parser.values(cloneDefectOption)) {
         const std::optional<Brennvik::CloneDefect> defect = Brennvik::CloneDefect::fromString(text.toStdString());
         if (!defect) {
             std::fprintf(stderr,
                          "brennvik-referenceapp: --clone-defect expects <kind>:<target> with kind one of drop-child, "
-                         "add-child, share-child, change-type, flip-visibility, change-property; got '%s'\n",
+                         "add-child, share-child, repeat-child, change-type, flip-visibility, change-property, "
+                         "drop-geometry-entry; got '%s'\n",
                          qPrintable(text));
             return 2;
         }
@@ -113,8 +147,14 @@ int main(int argc, char* argv[])
     for (const QString& name : parser.values(openOption)) {
         if (name == QLatin1String("display-model")) {
             window.openDisplayModelDialog();
+        } else if (name == QLatin1String("clone-comparison")) {
+            window.openCloneComparisonDialog();
+        } else if (name == QLatin1String("display-model-2d")) {
+            window.openDisplayModel2DDialog();
         } else {
-            std::fprintf(stderr, "brennvik-referenceapp: unknown dialog '%s' for --open (known: display-model)\n",
+            std::fprintf(stderr,
+                         "brennvik-referenceapp: unknown dialog '%s' for --open (known: display-model, clone-comparison, "
+                         "display-model-2d)\n",
                          qPrintable(name));
             return 2;
         }

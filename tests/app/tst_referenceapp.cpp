@@ -5,12 +5,15 @@
 #include <ReferenceMainWindow.h>
 #include <SceneView3D.h>
 
+#include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
+#include <debugmenucontent/displaymodel2d/DisplayModel2DDialog.h>
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 
+#include <referencehost/model/CloneDefect.h>
 #include <referencehost/model/DisplayItem.h>
 #include <referencehost/model/SampleModel.h>
 #include <referencehost/model/SceneDisplayModel.h>
@@ -18,6 +21,12 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include <QAction>
+#include <QCheckBox>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QSet>
+#include <QTemporaryDir>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTreeWidget>
@@ -64,6 +73,15 @@ private slots:
     void selectingFromTheDialogOutlinesInTheSceneView();
     void deletingFromTheDialogRemovesFromTreeAndSceneView();
     void drawAreaFollowsItsPresenter();
+    void cloneModeWithADefectMarksTheRow();
+    void showCloneIn3dDrawsTheClone();
+    void cloneComparisonReportsTheDefect();
+    void pickingAPlotShowsItsTree();
+    void plotLabelsAreDrawnInTheSceneView();
+
+    // The executable itself
+    void savedModelLoadsBack();
+    void malformedModelFileIsRefused();
 
 private:
     std::shared_ptr<SceneViewModel> m_viewModel;
@@ -109,10 +127,10 @@ void TestReferenceApp::debugMenuOpensTheDisplayModelDialog()
     QAction* open = debugMenuAction(*m_window, "openDisplayModelDialogAction");
     QVERIFY(open);
     open->trigger();
-    const QList<QWidget*> dialogs = m_window->openDialogs();
-    QCOMPARE(dialogs.size(), 1);
-    auto* dialog = qobject_cast<QDialog*>(dialogs.first());
+    auto* dialog = m_window->findChild<DisplayModelDialog*>();
     QVERIFY(dialog);
+    QVERIFY(m_window->openDialogs().contains(dialog));
+    const QList<QWidget*> dialogs = m_window->openDialogs();
     QVERIFY(QTest::qWaitForWindowExposed(dialog));
     auto* tree = dialog->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
     QVERIFY(tree);
@@ -125,7 +143,7 @@ void TestReferenceApp::debugMenuOpensTheDisplayModelDialog()
 void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->openDialogs().first()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
     QVERIFY(tree);
     SceneView3D* view = m_window->sceneView();
     const int before = view->drawnItemCount();
@@ -157,7 +175,7 @@ void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 void TestReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->openDialogs().first()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
     QTreeWidgetItem* row = findRow(tree, QStringLiteral("Drawbead 3"));
     QVERIFY(row);
     QCOMPARE(m_window->sceneView()->selectedItemCount(), 1);
@@ -168,7 +186,7 @@ void TestReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
 void TestReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->openDialogs().first()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
     QTreeWidgetItem* row = findRow(tree, QStringLiteral("Section cuts"));
     QVERIFY(row);
     const int before = m_window->sceneView()->drawnItemCount();
@@ -205,6 +223,163 @@ void TestReferenceApp::drawAreaFollowsItsPresenter()
     const int shown = view->drawnItemCount();
     clone->displayModel().doVisibilityUpdate();
     QCOMPARE(view->drawnItemCount(), shown);
+}
+
+void TestReferenceApp::cloneModeWithADefectMarksTheRow()
+{
+    m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::AddChild, "Trim lines", {}, {}}});
+    debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
+    auto* dialog = m_window->findChild<DisplayModelDialog*>();
+    QVERIFY(dialog);
+    auto* useClone = dialog->findChild<QCheckBox*>(QStringLiteral("m_useCloneCheckBox"));
+    QVERIFY(useClone && useClone->isEnabled());
+    QTest::mouseClick(useClone, Qt::LeftButton, Qt::NoModifier, QPoint(8, useClone->height() / 2));
+    QVERIFY(useClone->isChecked());
+
+    auto* cloned = dialog->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_clonedDisplayItemTreeWidget"));
+    QVERIFY(cloned);
+    QTreeWidgetItem* clonedRow = findRow(cloned, QStringLiteral("Trim lines"));
+    QVERIFY(clonedRow);
+    QCOMPARE(clonedRow->font(0).weight(), 75);
+    QTreeWidgetItem* extra = findRow(cloned, QStringLiteral("Unexpected child"));
+    QVERIFY(extra);
+    QCOMPARE(extra->font(0).weight(), 75);
+    // The original's row stays as it was, and so does a faithful neighbour.
+    auto* original = dialog->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    QCOMPARE(findRow(original, QStringLiteral("Trim lines"))->font(0).weight(), QFont().weight());
+    QCOMPARE(findRow(cloned, QStringLiteral("Drawbeads"))->font(0).weight(), QFont().weight());
+}
+
+void TestReferenceApp::showCloneIn3dDrawsTheClone()
+{
+    m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::DropChild, "Results", {}, {}}});
+    debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
+    auto* dialog = m_window->findChild<DisplayModelDialog*>();
+    auto* useClone = dialog->findChild<QCheckBox*>(QStringLiteral("m_useCloneCheckBox"));
+    QTest::mouseClick(useClone, Qt::LeftButton, Qt::NoModifier, QPoint(8, useClone->height() / 2));
+    auto* inView = dialog->findChild<QCheckBox*>(QStringLiteral("m_showCloneIn3dCheckBox"));
+    QVERIFY(inView && inView->isEnabled());
+    SceneView3D* view = m_window->sceneView();
+    const int original = view->drawnItemCount();
+
+    QTest::mouseClick(inView, Qt::LeftButton, Qt::NoModifier, QPoint(8, inView->height() / 2));
+    QVERIFY(inView->isChecked());
+    QVERIFY(view->viewModel() != std::static_pointer_cast<ViewModelInterface>(m_viewModel));
+    QVERIFY(view->viewModel());
+    // The clone lacks the results: their measurement points are not drawn.
+    QVERIFY(view->drawnItemCount() < original);
+    QVERIFY(!view->drawnItemNames().contains(QStringLiteral("MP 01")));
+
+    // Hiding the dialog hands the original back to the draw area.
+    dialog->hide();
+    QCOMPARE(view->viewModel(), std::static_pointer_cast<ViewModelInterface>(m_viewModel));
+    QCOMPARE(view->drawnItemCount(), original);
+}
+
+void TestReferenceApp::cloneComparisonReportsTheDefect()
+{
+    m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::FlipVisibility, "Punch", {}, {}}});
+    debugMenuAction(*m_window, "openCloneComparisonDialogAction")->trigger();
+    auto* dialog = m_window->findChild<DebugCloneDisplayModelDialog*>();
+    QVERIFY(dialog);
+    QVERIFY(m_window->openDialogs().contains(dialog));
+    auto* report = dialog->findChild<QPlainTextEdit*>(QStringLiteral("m_outputTextField"));
+    QVERIFY(report);
+    QVERIFY2(report->toPlainText().contains(QStringLiteral("Visibility differs")), qPrintable(report->toPlainText()));
+    QVERIFY(report->toPlainText().contains(QStringLiteral("Punch")));
+
+    // Each opening is a fresh one-shot check: a faithful clone is now reported equal.
+    m_viewModel->setCloneDefects({});
+    debugMenuAction(*m_window, "openCloneComparisonDialogAction")->trigger();
+    QTRY_COMPARE(m_window->findChildren<DebugCloneDisplayModelDialog*>().size(), 1);
+    report = m_window->findChild<DebugCloneDisplayModelDialog*>()->findChild<QPlainTextEdit*>(
+        QStringLiteral("m_outputTextField"));
+    QCOMPARE(report->toPlainText().trimmed(), QStringLiteral("Trees are equal"));
+}
+
+void TestReferenceApp::pickingAPlotShowsItsTree()
+{
+    debugMenuAction(*m_window, "openDisplayModel2DDialogAction")->trigger();
+    auto* dialog = m_window->findChild<DisplayModel2DDialog*>();
+    QVERIFY(dialog);
+    QVERIFY(QTest::qWaitForWindowExposed(dialog));
+    auto* list = dialog->findChild<QListWidget*>(QStringLiteral("m_plotListWdg"));
+    auto* tree = dialog->findChild<QTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    QVERIFY(list && tree);
+
+    // Two process plots, two material generator plots and one label per plot.
+    int plots = 0;
+    int labels = 0;
+    QSet<QString> shown;
+    for (int row = 0; row < list->count(); ++row) {
+        QListWidgetItem* entry = list->item(row);
+        plots += entry->text().startsWith(QStringLiteral("Plot at (")) ? 1 : 0;
+        labels += entry->text().startsWith(QStringLiteral("PlotLabel at (")) ? 1 : 0;
+        list->scrollToItem(entry);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, list->visualItemRect(entry).center());
+        QCOMPARE(list->currentRow(), row);
+        QCOMPARE(tree->topLevelItemCount(), 1);
+        shown.insert(tree->topLevelItem(0)->text(0));
+    }
+    QCOMPARE(plots, 4);
+    QCOMPARE(labels, 4);
+    QCOMPARE(shown, (QSet<QString>{QStringLiteral("Press force OP10"), QStringLiteral("Blank holder force"),
+                                   QStringLiteral("Flow curve DC04"), QStringLiteral("Forming limit curve DC04")}));
+}
+
+void TestReferenceApp::plotLabelsAreDrawnInTheSceneView()
+{
+    const QStringList labels = m_window->sceneView()->drawnPlotLabels();
+    QCOMPARE(labels.size(), 4);
+    QVERIFY(labels.contains(QStringLiteral("Press force OP10")));
+    // A clone has no view, so the 3D view draws no plot labels for it.
+    m_window->drawAreaPresenter()->showViewModel(m_viewModel->cloneSceneViewModel(false));
+    QVERIFY(m_window->sceneView()->drawnPlotLabels().isEmpty());
+}
+
+void TestReferenceApp::savedModelLoadsBack()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString model = dir.filePath(QStringLiteral("sample.json"));
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+    QProcess save;
+    save.setProcessChannelMode(QProcess::MergedChannels);
+    save.start(QStringLiteral(BRENNVIK_REFERENCEAPP),
+               {QStringLiteral("--save-model"), model, QStringLiteral("--screenshot"), shot});
+    QVERIFY(save.waitForFinished(60000));
+    QVERIFY2(save.exitStatus() == QProcess::NormalExit && save.exitCode() == 0, save.readAll().constData());
+    QVERIFY(QFileInfo(model).size() > 0);
+
+    QProcess load;
+    load.setProcessChannelMode(QProcess::MergedChannels);
+    load.start(QStringLiteral(BRENNVIK_REFERENCEAPP), {QStringLiteral("--model"), model, QStringLiteral("--screenshot"), shot});
+    QVERIFY(load.waitForFinished(60000));
+    QVERIFY2(load.exitCode() == 0, load.readAll().constData());
+    QVERIFY(!QImage(shot).isNull());
+}
+
+void TestReferenceApp::malformedModelFileIsRefused()
+{
+    QTemporaryDir dir;
+    const QString model = dir.filePath(QStringLiteral("broken.json"));
+    QFile file(model);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("{\n  \"format\": \"brennvik-display-model\",\n  \"version\": 1,\n  \"root\": {\"name\": ");
+    file.close();
+    QProcess app;
+    app.start(QStringLiteral(BRENNVIK_REFERENCEAPP), {QStringLiteral("--model"), model});
+    QVERIFY(app.waitForFinished(60000));
+    QCOMPARE(app.exitStatus(), QProcess::NormalExit);
+    QVERIFY(app.exitCode() != 0);
+    const QString message = QString::fromLocal8Bit(app.readAllStandardError());
+    // One message naming the file with a line and column.
+    // One message of ours (Qt may add notes of its own), naming the file with
+    // the line and column where the text breaks off.
+    const QStringList ours = message.split(QLatin1Char('\n')).filter(QStringLiteral("brennvik-referenceapp:"));
+    QCOMPARE(ours.size(), 1);
+    QVERIFY2(ours.first().contains(QRegularExpression(QStringLiteral("broken\\.json:4:\\d+: unexpected end"))),
+             qPrintable(ours.first()));
 }
 
 QTEST_MAIN(TestReferenceApp)
