@@ -8,7 +8,7 @@ packages=(
   qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools
   libqt5svg5-dev libqt5svg5
   libboost-dev
-  libbenchmark-dev
+  libbenchmark-dev python3
   xvfb xauth
   fonts-dejavu-core
 )
