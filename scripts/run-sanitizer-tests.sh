@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Builds everything with AddressSanitizer and UndefinedBehaviorSanitizer and
+# runs every test; any report fails the run.
+#   scripts/run-sanitizer-tests.sh       # build dir: build-asan/
+#   BUILD_DIR=/some/dir scripts/run-sanitizer-tests.sh
+set -euo pipefail
+
+build_default="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build-asan"
+BUILD_TYPE=${BUILD_TYPE:-Debug}
+cmake_extra=(-DBRENNVIK_SANITIZE=ON)
+source "$(dirname "${BASH_SOURCE[0]}")/prepare-build.sh"
+cmake --build "$build" --parallel "$jobs"
+
+cd "$build"
+export QT_QPA_PLATFORM=offscreen
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
+export LSAN_OPTIONS="suppressions=$root/tests/sanitizers/lsan.supp:fast_unwind_on_malloc=0"
+export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+ctest --output-on-failure --parallel "$jobs"
