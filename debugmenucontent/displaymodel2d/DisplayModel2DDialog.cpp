@@ -197,6 +197,10 @@ void DisplayModel2DDialog::displayItemsModified(const std::vector<std::shared_pt
 void DisplayModel2DDialog::updateVisiblity(QTreeWidgetItem* item)
 {
     QTreeWidgetItem* start = item ? item : m_rootItem;
+    // The root row is kept after the tree was emptied; a row that is no longer
+    // in the tree has nothing below it to refresh (compared, not dereferenced).
+    if (!item && m_displayItemTreeWidget->indexOfTopLevelItem(m_rootItem) < 0)
+        return;
     if (!start)
         return;
     for (int i = 0; i < start->childCount(); ++i) {

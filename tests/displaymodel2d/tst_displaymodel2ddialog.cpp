@@ -184,6 +184,7 @@ private slots:
     void rowWithoutPropertiesLeavesBothTreesEmpty();
     void modifiedCurrentItemIsPrintedAgain();
     void updateVisiblityRefreshesRowsBelowStart();
+    void updateVisiblityAfterTheTreeWasEmptiedDoesNothing();
     void setDisplayModel2DShowsModel();
 
     // Double click
@@ -806,6 +807,21 @@ void tst_DisplayModel2DDialog::updateVisiblityRefreshesRowsBelowStart()
     QCOMPARE(debugIconName(root->icon(0)), QString());
     QCOMPARE(debugIconName(root->child(0)->icon(0)), QStringLiteral("visible"));
     QCOMPARE(debugIconName(root->child(1)->icon(0)), QStringLiteral("visible"));
+}
+
+void tst_DisplayModel2DDialog::updateVisiblityAfterTheTreeWasEmptiedDoesNothing()
+{
+    m_host->addPlot(QPoint(10, 10), plotTree("Plot(a(a1),b)"));
+    makeDialog();
+    QCOMPARE(tree()->topLevelItemCount(), 1);
+    // A model without a root empties the tree; the dialog keeps its old root
+    // row pointer, which must not be followed.
+    DisplayModel2D empty;
+    m_dialog->setDisplayModel2D(&empty);
+    QCOMPARE(tree()->topLevelItemCount(), 0);
+    m_dialog->updateVisiblity(nullptr);
+    QCOMPARE(tree()->topLevelItemCount(), 0);
+    m_dialog->setDisplayModel2D(nullptr); // the model goes before the dialog
 }
 
 void tst_DisplayModel2DDialog::setDisplayModel2DShowsModel()
