@@ -1,6 +1,15 @@
 # Installs the build tree into a fresh prefix, then configures, builds and
 # runs a small host program that finds the installed package.
 #   cmake -DBUILD_DIR=... -DWORK_DIR=... -DCONSUMER_DIR=... -DGENERATOR=... -P InstallAndConsume.cmake
+# With -DEXTERNAL_HOST=ON -DSOURCE_DIR=<project> instead of BUILD_DIR, it first
+# builds the library for an external host in a build tree of its own and
+# checks that the library does not depend on the reference host.
+if(EXTERNAL_HOST)
+    if(NOT DEFINED SOURCE_DIR)
+        message(FATAL_ERROR "InstallAndConsume: SOURCE_DIR is needed with EXTERNAL_HOST")
+    endif()
+    set(BUILD_DIR ${WORK_DIR}/build)
+endif()
 foreach(var BUILD_DIR WORK_DIR CONSUMER_DIR GENERATOR)
     if(NOT DEFINED ${var})
         message(FATAL_ERROR "InstallAndConsume: ${var} is not set")
@@ -20,7 +29,28 @@ set(prefix ${WORK_DIR}/prefix)
 set(consumerBuild ${WORK_DIR}/consumer-build)
 file(REMOVE_RECURSE ${WORK_DIR})
 
+if(EXTERNAL_HOST)
+    run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${BUILD_DIR} -G ${GENERATOR} -DCMAKE_BUILD_TYPE=Release
+        -DBRENNVIK_EXTERNAL_HOST=ON -DBRENNVIK_BUILD_TESTS=OFF -DBRENNVIK_BUILD_APP=OFF)
+    run(${CMAKE_COMMAND} --build ${BUILD_DIR})
+endif()
+
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+
+if(EXTERNAL_HOST)
+    file(GLOB library ${prefix}/lib*/libbrennvik_debugmenucontent.so.*.*.*)
+    find_program(READELF NAMES readelf)
+    if(NOT library OR NOT READELF)
+        message(FATAL_ERROR "Cannot inspect the installed library (${library}, ${READELF})")
+    endif()
+    run(${READELF} -d ${library})
+    if(last_output MATCHES "brennvik_referencehost")
+        message(FATAL_ERROR "The library for an external host depends on the reference host:\n${last_output}")
+    endif()
+    if(NOT last_output MATCHES "libQt5Widgets")
+        message(FATAL_ERROR "Unexpected dependencies of ${library}:\n${last_output}")
+    endif()
+endif()
 foreach(expected
         include/brennvik/debugmenucontent/displaymodeldialog/DisplayModelDialog.h
         include/brennvik/debugmenucontent/displaymodeldialog/ui_DisplayModelDialog.h
