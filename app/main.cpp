@@ -8,9 +8,12 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QPainter>
 #include <QPixmap>
+#include <QRegularExpression>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 #include <optional>
@@ -44,6 +47,18 @@ QPixmap renderWindows(const QList<QWidget*>& windows)
         x += shot.width() + Gap;
     }
     return canvas;
+}
+
+// The language codes whose translation of the library's texts is built in.
+QStringList availableLanguages()
+{
+    QStringList codes;
+    const QString prefix = QStringLiteral("brennvik_debugmenu_");
+    const QStringList files =
+        QDir(QStringLiteral(":/i18n")).entryList(QStringList{prefix + QStringLiteral("*.qm")}, QDir::Files, QDir::Name);
+    for (const QString& file : files)
+        codes << file.mid(prefix.size(), file.size() - prefix.size() - 3);
+    return codes;
 }
 
 } // namespace
@@ -84,13 +99,32 @@ int main(int argc, char* argv[])
                        "target an item's display name\n"
                        "(the first in pre-order). May be given more than once."),
         QStringLiteral("kind:target"));
+    const QCommandLineOption langOption(
+        QStringLiteral("lang"),
+        QStringLiteral("Show the dialogs' texts in the language <code> (for example de); English without."),
+        QStringLiteral("code"));
     parser.addOption(modelOption);
     parser.addOption(saveModelOption);
     parser.addOption(generateOption);
     parser.addOption(cloneDefectOption);
     parser.addOption(openOption);
     parser.addOption(screenshotOption);
+    parser.addOption(langOption);
     parser.process(app);
+
+    // Installed before any window is made: forms look their texts up once, when built.
+    QTranslator translator;
+    if (parser.isSet(langOption)) {
+        const QString code = parser.value(langOption);
+        // A code is a file name part; anything else could name another resource.
+        const bool wellFormed = QRegularExpression(QStringLiteral("\\A[A-Za-z]{2,3}(_[A-Za-z]{2})?\\z")).match(code).hasMatch();
+        if (!wellFormed || !translator.load(QStringLiteral(":/i18n/brennvik_debugmenu_%1.qm").arg(code))) {
+            std::fprintf(stderr, "brennvik-referenceapp: unknown language '%s' for --lang (known: %s)\n",
+                         qPrintable(code), qPrintable(availableLanguages().join(QStringLiteral(", "))));
+            return 2;
+        }
+        QCoreApplication::installTranslator(&translator);
+    }
 
     std::shared_ptr<Brennvik::SceneViewModel> viewModel;
     if (parser.isSet(modelOption) && parser.isSet(generateOption)) {
