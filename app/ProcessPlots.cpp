@@ -25,7 +25,7 @@ namespace Brennvik {
 
 namespace {
 
-struct CurveSpec
+struct CurveDefinition
 {
     const char* name;
     QColor color;
@@ -44,7 +44,7 @@ std::vector<QPointF> sample(const std::function<double(double)>& f, double from,
 }
 
 std::shared_ptr<DisplayItem2D> buildPlotTree(const std::string& title, const std::string& xTitle, const std::string& yTitle,
-                                             double xFrom, double xTo, const std::vector<CurveSpec>& curves,
+                                             double xFrom, double xTo, const std::vector<CurveDefinition>& curves,
                                              const std::string& unit)
 {
     auto root = std::make_shared<DisplayItem2D>(title);
@@ -54,8 +54,8 @@ std::shared_ptr<DisplayItem2D> buildPlotTree(const std::string& title, const std
     axes->appendChild(std::make_shared<PlotAxisItem2D>("Vertical axis", Qt::Vertical, yTitle));
     root->appendChild(axes);
     auto group = std::make_shared<DisplayItem2D>("Curves");
-    for (const CurveSpec& spec : curves) {
-        auto curve = std::make_shared<PlotCurveItem2D>(spec.name, spec.color, sample(spec.value, xFrom, xTo));
+    for (const CurveDefinition& definition : curves) {
+        auto curve = std::make_shared<PlotCurveItem2D>(definition.name, definition.color, sample(definition.value, xFrom, xTo));
         curve->setBusinessProperty("unit", unit);
         group->appendChild(curve);
     }
