@@ -141,16 +141,17 @@ void SceneView3D::refresh()
 
     // Islands side by side along x, each a square grid of its slots.
     QVector<double> islandOrigin(m_islandSlots.size());
+    QVector<int> islandColumns(m_islandSlots.size());
     double origin = 0.0;
     for (int island = 0; island < m_islandSlots.size(); ++island) {
         islandOrigin[island] = origin;
-        const int columns = std::max(1, static_cast<int>(std::ceil(std::sqrt(double(m_islandSlots[island])))));
-        origin += columns * TileSpacing + IslandGap;
+        islandColumns[island] = std::max(1, static_cast<int>(std::ceil(std::sqrt(double(m_islandSlots[island])))));
+        origin += islandColumns[island] * TileSpacing + IslandGap;
     }
     for (Tile& tile : m_tiles) {
         const int island = static_cast<int>(tile.x);
         const int slot = static_cast<int>(tile.y);
-        const int columns = std::max(1, static_cast<int>(std::ceil(std::sqrt(double(m_islandSlots[island])))));
+        const int columns = islandColumns[island];
         tile.x = islandOrigin[island] + (slot % columns) * TileSpacing;
         tile.y = (slot / columns) * TileSpacing;
     }

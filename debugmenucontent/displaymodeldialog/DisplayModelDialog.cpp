@@ -917,32 +917,37 @@ void DisplayModelDialog::fillExpandPath(QTreeWidgetItem* source, int firstNumber
     }
 }
 
-// A sync may start inside another one's walk along m_expandPath: making a row
-// current scrolls to it, which expands its ancestors, which mirrors those
-// expansions into the other tree. So each sync hands the path back as it found
-// it, and the interrupted walk goes on along its own path.
 void DisplayModelDialog::syncExpandedTreeItems(DisplayItemTreeWidget* target, QTreeWidgetItem* source)
 {
-    const QList<QPair<int, QString>> interruptedPath = m_expandPath;
-    m_expandPath.clear();
-    if (target && source) {
-        QTreeWidget* sourceTree = source->treeWidget();
-        fillExpandPath(source, sourceTree ? sourceTree->currentIndex().row() : -1);
-        if (!m_expandPath.isEmpty())
-            processItem(target->itemFromDFSIndex(0), m_expandPath.size() - 1, &m_expandPath.last());
-    }
-    m_expandPath = interruptedPath;
+    QTreeWidget* sourceTree = source ? source->treeWidget() : nullptr;
+    walkMirroredPath(target, source, sourceTree ? sourceTree->currentIndex().row() : -1, PathAction::MakeCurrent);
 }
 
 void DisplayModelDialog::syncTreeItemsForExpandingCollapsing(DisplayItemTreeWidget* target, QTreeWidgetItem* source,
                                                              bool expand)
 {
+    walkMirroredPath(target, source, source ? itemIndexOf(source) : -1,
+                     expand ? PathAction::Expand : PathAction::Collapse);
+}
+
+// A sync may start inside another one's walk along m_expandPath: making a row
+// current scrolls to it, which expands its ancestors, which mirrors those
+// expansions into the other tree. So each sync hands the path back as it found
+// it, and the interrupted walk goes on along its own path.
+void DisplayModelDialog::walkMirroredPath(DisplayItemTreeWidget* target, QTreeWidgetItem* source, int firstNumber,
+                                          PathAction action)
+{
     const QList<QPair<int, QString>> interruptedPath = m_expandPath;
     m_expandPath.clear();
     if (target && source) {
-        fillExpandPath(source, itemIndexOf(source));
-        if (!m_expandPath.isEmpty())
-            expandCollapseItem(target->itemFromDFSIndex(0), m_expandPath.size() - 1, &m_expandPath.last(), expand);
+        fillExpandPath(source, firstNumber);
+        // From the top row, starting at the path's last pair (the top-level row).
+        QTreeWidgetItem* top = target->itemFromDFSIndex(0);
+        const int level = m_expandPath.size() - 1;
+        if (action == PathAction::MakeCurrent)
+            processItem(top, level, &m_expandPath.last());
+        else
+            expandCollapseItem(top, level, &m_expandPath.last(), action == PathAction::Expand);
     }
     m_expandPath = interruptedPath;
 }

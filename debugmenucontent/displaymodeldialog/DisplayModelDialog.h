@@ -112,6 +112,7 @@ private:
     void syncExpandedTreeItems(DisplayItemTreeWidget* target, QTreeWidgetItem* source);
     void syncTreeItemsForExpandingCollapsing(DisplayItemTreeWidget* target, QTreeWidgetItem* source, bool expand);
     void fillExpandPath(QTreeWidgetItem* source, int firstNumber);
+    void walkMirroredPath(DisplayItemTreeWidget* target, QTreeWidgetItem* source, int firstNumber, PathAction action);
 
     void walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action);
     void applyPathAction(QTreeWidgetItem* row, PathAction action);
