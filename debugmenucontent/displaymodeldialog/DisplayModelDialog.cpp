@@ -297,7 +297,7 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
 
     if (!cloneOnly) {
         auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTreeWidget, root, this, false);
-        buildTreeRecursively(topRow, root, false, false);
+        buildDetached(m_displayItemTreeWidget, topRow, root);
 
         if (EditorDisplayModel* editorDisplayModel = m_viewModel->getEditorDisplayModel()) {
             for (const std::shared_ptr<EditorDisplayItem>& primitive : editorDisplayModel->getAllEditModelPrimitives())
@@ -334,7 +334,7 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
         return;
 
     m_clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false);
-    buildTreeRecursively(m_clonedTopRow, clonedRoot, false, false);
+    buildDetached(m_clonedDisplayItemTreeWidget, m_clonedTopRow, clonedRoot);
 
     for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
         auto* mainRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->topLevelItem(i));
@@ -352,6 +352,19 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
     connect(m_clonedDisplayItemTreeWidget, &QTreeWidget::itemCollapsed, this, &DisplayModelDialog::setOrigCollapsed);
 
     syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, m_displayItemTreeWidget->currentItem());
+}
+
+void DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
+                                       const std::shared_ptr<DisplayItemInterface>& root)
+{
+    // Rows added under a row that the tree shows each cost the view a
+    // notification; built out of the tree, the whole subtree goes in as one row.
+    const int position = tree->indexOfTopLevelItem(topRow);
+    if (position >= 0)
+        tree->takeTopLevelItem(position);
+    buildTreeRecursively(topRow, root, false, false);
+    if (position >= 0)
+        tree->insertTopLevelItem(position, topRow);
 }
 
 void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow,
@@ -392,9 +405,16 @@ void DisplayModelDialog::addChildRecursively(DisplayItemTreeWidgetItem* parentRo
     if (!parentRow)
         return;
     auto* row = new DisplayItemTreeWidgetItem(parentRow, item, this, duplicate);
+    // A subtree is built out of the tree and put back in one insertion (see
+    // buildDetached); a leaf needs neither step.
+    const bool detach = item && !item->getChildren().empty();
+    if (detach)
+        parentRow->takeChild(parentRow->childCount() - 1);
     // The duplicate flag goes in as geometrySeen: a subtree added under a
     // duplicate row starts with geometry lists enabled.
     buildTreeRecursively(row, item, duplicate, false);
+    if (detach)
+        parentRow->addChild(row);
 }
 
 void DisplayModelDialog::displayItemAdded(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item)
@@ -439,13 +459,7 @@ void DisplayModelDialog::displayItemsRemoved(DisplayItemTreeWidgetItem* parentRo
         if (!item)
             continue;
         // Only the first row goes, even when several rows under this parent show the item.
-        for (int i = 0; i < parentRow->childCount(); ++i) {
-            auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(parentRow->child(i));
-            if (row && row->getDisplayItem() == item) {
-                delete parentRow->takeChild(i);
-                break;
-            }
-        }
+        delete parentRow->takeFirstChildShowing(item);
     }
 }
 

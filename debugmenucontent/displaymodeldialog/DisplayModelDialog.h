@@ -92,6 +92,9 @@ private:
     void clearLayout(QLayout* layout);
 
     void rebuildTree(bool cloneOnly);
+    /// Builds \a root's rows under \a topRow with the row out of \a tree.
+    void buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
+                       const std::shared_ptr<DisplayItemInterface>& root);
     void buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,
                               bool geometrySeen, bool duplicate);
     void addChildRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,

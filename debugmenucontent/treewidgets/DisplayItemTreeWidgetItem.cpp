@@ -6,11 +6,40 @@
 
 #include <hostcontract/DisplayItemInterface.h>
 
+#include <QHash>
 #include <QIcon>
+#include <QSet>
 #include <QString>
 #include <QVariant>
 
+#include <typeinfo>
+
 namespace Brennvik {
+
+namespace {
+
+// Below this many children a plain scan is as fast as keeping an index.
+constexpr int kIndexedChildCount = 256;
+
+DisplayItemTreeWidgetItem* asDisplayItemRow(QTreeWidgetItem* row)
+{
+    // Nearly every row is a plain one; the typeid test spares the
+    // dynamic_cast on wide parents where this runs once per sibling.
+    if (row && typeid(*row) == typeid(DisplayItemTreeWidgetItem))
+        return static_cast<DisplayItemTreeWidgetItem*>(row);
+    return dynamic_cast<DisplayItemTreeWidgetItem*>(row);
+}
+
+} // namespace
+
+/// The first child row of each item, and the items that more than one child
+/// row shows, for the rows [0, indexedCount) of the parent.
+struct DisplayItemTreeWidgetItem::ChildRowIndex
+{
+    QHash<const DisplayItemInterface*, QTreeWidgetItem*> firstRow;
+    QSet<const DisplayItemInterface*> sharedItems;
+    int indexedCount = 0;
+};
 
 // Shared by every row of every tree; created on first use and kept for the
 // life of the process, so that no row pays for loading an SVG.
@@ -49,6 +78,7 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(const DisplayItemTreeWidget
     : QTreeWidgetItem(other)
     , DisplayItemEventObserver(other)
     , m_displayItem(other.m_displayItem)
+    , m_childRowIndex()
     , m_dialog(other.m_dialog)
     , m_itemIndex(other.m_itemIndex)
     , m_isDuplicate(other.m_isDuplicate)
@@ -60,6 +90,8 @@ DisplayItemTreeWidgetItem& DisplayItemTreeWidgetItem::operator=(const DisplayIte
     QTreeWidgetItem::operator=(other);
     DisplayItemEventObserver::operator=(other);
     m_displayItem = other.m_displayItem;
+    // The index describes this row's own children, which a copy does not take.
+    m_childRowIndex.reset();
     m_dialog = other.m_dialog;
     m_itemIndex = other.m_itemIndex;
     m_isDuplicate = other.m_isDuplicate;
@@ -76,6 +108,106 @@ DisplayItemTreeWidgetItem::~DisplayItemTreeWidgetItem()
 std::shared_ptr<DisplayItemInterface> DisplayItemTreeWidgetItem::getDisplayItem()
 {
     return m_displayItem.lock();
+}
+
+bool DisplayItemTreeWidgetItem::showsDisplayItem(const std::shared_ptr<DisplayItemInterface>& item) const
+{
+    if (!item)
+        return false;
+    // Only a row that shares the live item's owner can hold that object, and
+    // comparing owners takes no lock; the lock on a match confirms the
+    // pointer itself, which an aliasing pointer of the same owner would not.
+    const bool sameOwner = !m_displayItem.owner_before(item) && !item.owner_before(m_displayItem);
+    return sameOwner && m_displayItem.lock() == item;
+}
+
+QTreeWidgetItem* DisplayItemTreeWidgetItem::takeFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item)
+{
+    if (!item)
+        return nullptr;
+    const int count = childCount();
+    if (count < kIndexedChildCount) {
+        m_childRowIndex.reset();
+        const int position = positionOfFirstChildShowing(item, 0);
+        return position < 0 ? nullptr : takeChild(position);
+    }
+
+    // Rows are only ever appended by the dialog, so a grown list needs its
+    // tail indexed; a shrunk one was changed behind the index's back.
+    if (!m_childRowIndex || count < m_childRowIndex->indexedCount) {
+        m_childRowIndex = std::make_unique<ChildRowIndex>();
+        indexChildren(0);
+    } else if (count > m_childRowIndex->indexedCount) {
+        indexChildren(m_childRowIndex->indexedCount);
+    }
+
+    ChildRowIndex& index = *m_childRowIndex;
+    const auto found = index.firstRow.find(item.get());
+    if (found == index.firstRow.end()) {
+        // Not indexed: a row whose item was still gone at indexing time may
+        // show it now (a reused address); the scan decides.
+        const int position = positionOfFirstChildShowing(item, 0);
+        if (position < 0)
+            return nullptr;
+        m_childRowIndex.reset();
+        return takeChild(position);
+    }
+
+    QTreeWidgetItem* candidate = found.value();
+    // indexOfChild compares pointers only, so a stale entry is never dereferenced.
+    const int position = indexOfChild(candidate);
+    DisplayItemTreeWidgetItem* row = position < 0 ? nullptr : asDisplayItemRow(candidate);
+    if (!row || !row->showsDisplayItem(item)) {
+        m_childRowIndex.reset();
+        const int scanned = positionOfFirstChildShowing(item, 0);
+        return scanned < 0 ? nullptr : takeChild(scanned);
+    }
+
+    takeChild(position);
+    --index.indexedCount;
+    if (index.sharedItems.contains(item.get())) {
+        // The next row of the same item, if any, is after the one taken.
+        const int next = positionOfFirstChildShowing(item, position);
+        if (next >= 0)
+            found.value() = child(next);
+        else
+            index.firstRow.erase(found);
+    } else {
+        index.firstRow.erase(found);
+    }
+    return candidate;
+}
+
+int DisplayItemTreeWidgetItem::positionOfFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item,
+                                                           int from) const
+{
+    const int count = childCount();
+    for (int i = from; i < count; ++i) {
+        const DisplayItemTreeWidgetItem* row = asDisplayItemRow(child(i));
+        if (row && row->showsDisplayItem(item))
+            return i;
+    }
+    return -1;
+}
+
+void DisplayItemTreeWidgetItem::indexChildren(int from)
+{
+    ChildRowIndex& index = *m_childRowIndex;
+    const int count = childCount();
+    index.firstRow.reserve(count);
+    for (int i = from; i < count; ++i) {
+        QTreeWidgetItem* candidate = child(i);
+        DisplayItemTreeWidgetItem* row = asDisplayItemRow(candidate);
+        const std::shared_ptr<DisplayItemInterface> item = row ? row->m_displayItem.lock() : nullptr;
+        if (!item)
+            continue;
+        const auto found = index.firstRow.constFind(item.get());
+        if (found == index.firstRow.constEnd())
+            index.firstRow.insert(item.get(), candidate);
+        else
+            index.sharedItems.insert(item.get());
+    }
+    index.indexedCount = count;
 }
 
 int DisplayItemTreeWidgetItem::getItemIndex()

@@ -39,6 +39,14 @@ public:
     /// The row's display item; empty when it no longer exists.
     std::shared_ptr<DisplayItemInterface> getDisplayItem();
 
+    /// Whether the row shows \a item (the same object). Cheaper than
+    /// comparing getDisplayItem(), which locks the row's reference.
+    bool showsDisplayItem(const std::shared_ptr<DisplayItemInterface>& item) const;
+    /// Takes the first direct child row that shows \a item out of this row
+    /// and returns it (the caller owns it); null when none does. A row with
+    /// many children keeps an index of them, so that a run of removals does
+    /// not scan all the siblings each time.
+    QTreeWidgetItem* takeFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item);
     /// The row's position among the children of its parent item; -1 until set.
     int getItemIndex();
     /// Stores the position; the row's text does not change.
@@ -75,7 +83,12 @@ private:
     QIcon* getNotVisibleIcon();
     static void createVisibleIcons();
 
+    struct ChildRowIndex;
+    int positionOfFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item, int from) const;
+    void indexChildren(int from);
+
     std::weak_ptr<DisplayItemInterface> m_displayItem;
+    std::unique_ptr<ChildRowIndex> m_childRowIndex;
     DisplayModelDialog* m_dialog;
     qint32 m_itemIndex;
     bool m_isDuplicate;
