@@ -31,6 +31,8 @@
 #include <QStringList>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
+
+#include <optional>
 #include <QVariant>
 
 #include <algorithm>
@@ -296,7 +298,16 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
         return;
 
     if (!cloneOnly) {
+        // The initial entry is looked up first so that the build can note its
+        // rows; walking a large tree afterwards to find them costs as much as
+        // a good part of the build.
+        bool expandEntry = false;
+        const std::optional<std::shared_ptr<DisplayItemInterface>> entry = initialEntry(*displayModel, expandEntry);
+        m_entryRowsItem = entry ? *entry : nullptr;
+        m_entryRows.clear();
+
         auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTreeWidget, root, this, false);
+        noteIfEntryRow(topRow, root);
         buildDetached(m_displayItemTreeWidget, topRow, root);
 
         if (EditorDisplayModel* editorDisplayModel = m_viewModel->getEditorDisplayModel()) {
@@ -304,24 +315,12 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
                 new EditModelTreeWidgetItem(topRow, primitive, this, -1);
         }
 
-        if (const std::shared_ptr<ActiveContext> context = displayModel->getActiveContext()) {
-            switch (context->getContextKind()) {
-            case ContextKind::ProcessStep:
-                if (Kind6Provider* provider = displayModel->getKind6Provider())
-                    navigateToInitialEntry(provider->getDisplayItemAt(displayModel->getKind6Index()), false, true);
-                break;
-            case ContextKind::Tool:
-                if (Kind7Source* source = displayModel->getKind7Source()) {
-                    if (const std::shared_ptr<Kind7Lookup> lookup = displayModel->getKind7Lookup())
-                        navigateToInitialEntry(lookup->findDisplayItem(source->getKey()), false, false);
-                }
-                break;
-            default:
-                if (DefaultEntryOwner* owner = displayModel->getDefaultEntryOwner())
-                    navigateToInitialEntry(owner->getEntryDisplayItem(), false, false);
-                break;
-            }
-        }
+        m_entryRowsComplete = true;
+        if (entry)
+            navigateToInitialEntry(*entry, false, expandEntry);
+        m_entryRowsComplete = false;
+        m_entryRowsItem.reset();
+        m_entryRows.clear();
     }
 
     if (!m_clonedViewModel || !m_clonedDisplayItemTreeWidget)
@@ -354,6 +353,43 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
     syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, m_displayItemTreeWidget->currentItem());
 }
 
+std::optional<std::shared_ptr<DisplayItemInterface>> DisplayModelDialog::initialEntry(DisplayModel& displayModel,
+                                                                                   bool& expand) const
+{
+    const std::shared_ptr<ActiveContext> context = displayModel.getActiveContext();
+    if (!context)
+        return std::nullopt;
+    switch (context->getContextKind()) {
+    case ContextKind::ProcessStep:
+        if (Kind6Provider* provider = displayModel.getKind6Provider()) {
+            expand = true;
+            return provider->getDisplayItemAt(displayModel.getKind6Index());
+        }
+        break;
+    case ContextKind::Tool:
+        if (Kind7Source* source = displayModel.getKind7Source()) {
+            if (const std::shared_ptr<Kind7Lookup> lookup = displayModel.getKind7Lookup()) {
+                expand = false;
+                return lookup->findDisplayItem(source->getKey());
+            }
+        }
+        break;
+    default:
+        if (DefaultEntryOwner* owner = displayModel.getDefaultEntryOwner()) {
+            expand = false;
+            return owner->getEntryDisplayItem();
+        }
+        break;
+    }
+    return std::nullopt;
+}
+
+void DisplayModelDialog::noteIfEntryRow(DisplayItemTreeWidgetItem* row, const std::shared_ptr<DisplayItemInterface>& item)
+{
+    if (m_entryRowsItem && item == m_entryRowsItem)
+        m_entryRows.push_back(row);
+}
+
 void DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
                                        const std::shared_ptr<DisplayItemInterface>& root)
 {
@@ -377,6 +413,7 @@ void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentR
     int index = 0;
     for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
         auto* row = new DisplayItemTreeWidgetItem(parentRow, child, this, duplicate);
+        noteIfEntryRow(row, child);
         row->setItemIndex(index);
         buildTreeRecursively(row, child, geometrySeen, duplicate);
         // Once the "Geometry" group is built, geometry modules after it list
@@ -393,6 +430,7 @@ void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentR
         return;
     for (const std::shared_ptr<DisplayItemInterface>& entry : geometryModule->getGeometryDisplayItems()) {
         auto* row = new DisplayItemTreeWidgetItem(parentRow, entry, this, true);
+        noteIfEntryRow(row, entry);
         row->setItemIndex(index);
         buildTreeRecursively(row, entry, true, true);
         ++index;
@@ -472,13 +510,19 @@ void DisplayModelDialog::navigateToInitialEntry(std::shared_ptr<DisplayItemInter
 
     // Every row of the item, duplicates included, is selected; the last one
     // stays current. Making a row current must not undo the earlier selections.
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(*it);
-        if (!row)
-            continue;
-        const std::shared_ptr<DisplayItemInterface> rowItem = row->getDisplayItem();
-        if (!rowItem || rowItem != item)
-            continue;
+    // The rows of the item in tree order: noted by the build that has just
+    // run, or found by a walk over the whole tree. No item has no rows.
+    std::vector<DisplayItemTreeWidgetItem*> rows;
+    if (m_entryRowsComplete && !inClonedTree && item && item == m_entryRowsItem) {
+        rows = m_entryRows;
+    } else {
+        for (QTreeWidgetItemIterator it(tree); item && *it; ++it) {
+            auto* row = DisplayItemTreeWidgetItem::asDisplayItemRow(*it);
+            if (row && row->showsDisplayItem(item))
+                rows.push_back(row);
+        }
+    }
+    for (DisplayItemTreeWidgetItem* row : rows) {
         row->setSelected(true);
         tree->setCurrentItem(row, 0, QItemSelectionModel::NoUpdate);
         row->setExpanded(expand);

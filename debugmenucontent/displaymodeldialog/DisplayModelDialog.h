@@ -11,7 +11,9 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <set>
+#include <vector>
 
 class QCloseEvent;
 class QHBoxLayout;
@@ -24,6 +26,7 @@ class QVBoxLayout;
 namespace Brennvik {
 
 class DisplayItemInterface;
+class DisplayModel;
 class DisplayItemTreeWidget;
 class DisplayItemTreeWidgetItem;
 class DrawAreaPresenter;
@@ -92,6 +95,11 @@ private:
     void clearLayout(QLayout* layout);
 
     void rebuildTree(bool cloneOnly);
+    /// The display item the tree starts on for the display model's active
+    /// context, and whether its rows are expanded; nothing without a context
+    /// or without the lookup its kind needs.
+    std::optional<std::shared_ptr<DisplayItemInterface>> initialEntry(DisplayModel& displayModel, bool& expand) const;
+    void noteIfEntryRow(DisplayItemTreeWidgetItem* row, const std::shared_ptr<DisplayItemInterface>& item);
     /// Builds \a root's rows under \a topRow with the row out of \a tree.
     void buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
                        const std::shared_ptr<DisplayItemInterface>& root);
@@ -150,6 +158,10 @@ private:
     QList<QPair<int, QString>> m_expandPath;
     bool m_onlyCompareMirrored;
     bool m_syncingCurrentItem;
+    // The rows of the initial entry's item, noted while the tree is built.
+    std::shared_ptr<DisplayItemInterface> m_entryRowsItem;
+    std::vector<DisplayItemTreeWidgetItem*> m_entryRows;
+    bool m_entryRowsComplete = false;
 };
 
 } // namespace Brennvik

@@ -21,15 +21,6 @@ namespace {
 // Below this many children a plain scan is as fast as keeping an index.
 constexpr int kIndexedChildCount = 256;
 
-DisplayItemTreeWidgetItem* asDisplayItemRow(QTreeWidgetItem* row)
-{
-    // Nearly every row is a plain one; the typeid test spares the
-    // dynamic_cast on wide parents where this runs once per sibling.
-    if (row && typeid(*row) == typeid(DisplayItemTreeWidgetItem))
-        return static_cast<DisplayItemTreeWidgetItem*>(row);
-    return dynamic_cast<DisplayItemTreeWidgetItem*>(row);
-}
-
 } // namespace
 
 /// The first child row of each item, and the items that more than one child
@@ -108,6 +99,15 @@ DisplayItemTreeWidgetItem::~DisplayItemTreeWidgetItem()
 std::shared_ptr<DisplayItemInterface> DisplayItemTreeWidgetItem::getDisplayItem()
 {
     return m_displayItem.lock();
+}
+
+DisplayItemTreeWidgetItem* DisplayItemTreeWidgetItem::asDisplayItemRow(QTreeWidgetItem* row)
+{
+    // Nearly every row is a plain one; the typeid test spares the
+    // dynamic_cast in walks that visit every row.
+    if (row && typeid(*row) == typeid(DisplayItemTreeWidgetItem))
+        return static_cast<DisplayItemTreeWidgetItem*>(row);
+    return dynamic_cast<DisplayItemTreeWidgetItem*>(row);
 }
 
 bool DisplayItemTreeWidgetItem::showsDisplayItem(const std::shared_ptr<DisplayItemInterface>& item) const

@@ -39,6 +39,8 @@ public:
     /// The row's display item; empty when it no longer exists.
     std::shared_ptr<DisplayItemInterface> getDisplayItem();
 
+    /// \a row as a display item row; null when it is another kind of row.
+    static DisplayItemTreeWidgetItem* asDisplayItemRow(QTreeWidgetItem* row);
     /// Whether the row shows \a item (the same object). Cheaper than
     /// comparing getDisplayItem(), which locks the row's reference.
     bool showsDisplayItem(const std::shared_ptr<DisplayItemInterface>& item) const;

@@ -92,6 +92,11 @@ public:
                 const Children& children = childrenOf(parent);
                 if (children.complete() || children.offsets.constLast() > remaining)
                     break;
+                // The next unmeasured child starts exactly here: it is the
+                // row, and its subtree need not be walked (row 0 of a large
+                // tree is found at once).
+                if (children.offsets.constLast() == remaining)
+                    return m_model->index(children.offsets.size() - 1, 0, parent);
                 if (!measure(parent, children.offsets.size()))
                     return QModelIndex();
             }
