@@ -225,6 +225,30 @@ std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemI
     return rows;
 }
 
+std::size_t buildPlainFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root)
+{
+    auto* top = new QTreeWidgetItem(QStringList{rowTextOf(root)});
+    top->setIcon(0, root->isVisible() ? rowIcons().visible : rowIcons().notVisible);
+    std::size_t rows = 1;
+    // An explicit stack: one row per item in pre-order, children in order.
+    std::vector<std::pair<QTreeWidgetItem*, std::shared_ptr<DisplayItemInterface>>> pending{{top, root}};
+    while (!pending.empty()) {
+        const auto [row, item] = pending.back();
+        pending.pop_back();
+        const DisplayItemList children = item->getChildren();
+        std::vector<QTreeWidgetItem*> childRows;
+        for (const std::shared_ptr<DisplayItemInterface>& child : children) {
+            childRows.push_back(makeFloorRow(row, child, false));
+            ++rows;
+        }
+        for (std::size_t i = children.size(); i-- > 0;)
+            pending.emplace_back(childRows[i], children[i]);
+    }
+    tree->addTopLevelItem(top);
+    top->setExpanded(true);
+    return rows;
+}
+
 std::size_t countRows(QTreeWidget* tree)
 {
     std::size_t rows = 0;

@@ -116,6 +116,11 @@ std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemI
                            std::vector<QTreeWidgetItem*>* itemRows = nullptr,
                            std::vector<QTreeWidgetItem*>* allRows = nullptr);
 
+/// Fills \a tree with one bare row per item of \a root's subtree, without
+/// the duplicate rows of geometry modules (the shape of the clone comparison
+/// dialog's trees). Returns the number of rows.
+std::size_t buildPlainFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root);
+
 /// All rows of \a tree.
 std::size_t countRows(QTreeWidget* tree);
 

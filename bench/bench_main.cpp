@@ -23,6 +23,8 @@ void registerTreeBuild(const Config& config);
 void registerFind(const Config& config);
 void registerSubtreeInvisible(const Config& config);
 void registerChildren(const Config& config);
+void registerClone(const Config& config);
+void registerListing2D(const Config& config);
 } // namespace Brennvik::Bench
 
 namespace {
@@ -83,6 +85,8 @@ int main(int argc, char** argv)
     Brennvik::Bench::registerFind(config);
     Brennvik::Bench::registerSubtreeInvisible(config);
     Brennvik::Bench::registerChildren(config);
+    Brennvik::Bench::registerClone(config);
+    Brennvik::Bench::registerListing2D(config);
 
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

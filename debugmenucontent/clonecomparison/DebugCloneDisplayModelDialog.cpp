@@ -45,13 +45,18 @@ void DebugCloneDisplayModelDialog::rebuildTrees()
 {
     // Runs once, on empty trees. The rows follow no dialog: they only keep
     // their own icons up to date.
-    const std::shared_ptr<DisplayItemInterface> root = rootOf(m_viewModel);
-    auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTree, root, nullptr, false);
-    buildTreeRecursively(topRow, root);
-
-    const std::shared_ptr<DisplayItemInterface> clonedRoot = rootOf(m_clonedViewModel);
-    auto* clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTree, clonedRoot, nullptr, false);
-    buildTreeRecursively(clonedTopRow, clonedRoot);
+    // Each subtree is built with its top row out of the tree and put back in
+    // one insertion: rows added under a shown row each cost the view a
+    // notification.
+    const auto build = [this](QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root) {
+        auto* topRow = new DisplayItemTreeWidgetItem(tree, root, nullptr, false);
+        const int position = tree->indexOfTopLevelItem(topRow);
+        tree->takeTopLevelItem(position);
+        buildTreeRecursively(topRow, root);
+        tree->insertTopLevelItem(position, topRow);
+    };
+    build(m_displayItemTree, rootOf(m_viewModel));
+    build(m_clonedDisplayItemTree, rootOf(m_clonedViewModel));
 }
 
 void DebugCloneDisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* row,
