@@ -65,24 +65,6 @@
     </message>
 </context>
 <context>
-    <name>Brennvik::DisplayModelDialog</name>
-    <message>
-        <location filename="../debugmenucontent/displaymodeldialog/DisplayModelDialog.cpp" line="+197"/>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <location line="+0"/>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>Display items</source>
-        <translation>Anzeigeelemente</translation>
-    </message>
-</context>
-<context>
     <name>DebugCloneDisplayModelDialogClass</name>
     <message>
         <location filename="../debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.ui" line="+14"/>
@@ -218,7 +200,7 @@
         <translation>Eigenschaften des Anzeigeelements</translation>
     </message>
     <message>
-        <location filename="untracked_texts.cpp" line="+13"/>
+        <location filename="untracked_texts.cpp" line="+11"/>
         <source>Cloned display items</source>
         <translation>Geklonte Anzeigeelemente</translation>
     </message>
@@ -232,19 +214,6 @@
         <source>Cloned display item properties</source>
         <translation>Eigenschaften des geklonten Anzeigeelements</translation>
     </message>
-    <message>
-        <location line="+1"/>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <location line="+1"/>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-</context>
-<context>
-    <name>QDialog</name>
     <message>
         <location line="+1"/>
         <source>Name</source>

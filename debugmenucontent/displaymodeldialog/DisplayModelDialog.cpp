@@ -195,10 +195,14 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
 {
     setupUi(this);
 
-    // The form's "1"/"2" header texts are placeholders.
-    const QStringList propertyHeaders{tr("Name"), tr("Value")};
+    // The form's "1"/"2" header texts are placeholders. Texts made here are
+    // translated in the form's context, as the run-time widgets' texts are
+    // (the dialog has no meta-object of its own for tr()).
+    const char* const context = "DisplayModelDialogClass";
+    const QStringList propertyHeaders{QCoreApplication::translate(context, "Name"),
+                                      QCoreApplication::translate(context, "Value")};
     m_businessObjectProperties->setHeaderLabels(propertyHeaders);
-    m_displayItemTreeWidget->setHeaderLabel(tr("Display items"));
+    m_displayItemTreeWidget->setHeaderLabel(QCoreApplication::translate(context, "Display items"));
     m_displayItemTreeWidget->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_displayItemProperties->setHeaderLabels(propertyHeaders);
 
