@@ -43,9 +43,9 @@ std::vector<QPointF> sample(const std::function<double(double)>& f, double from,
     return points;
 }
 
-std::shared_ptr<DisplayItem2D> buildPlotTree(const std::string& title, const std::string& xTitle, const std::string& yTitle,
-                                             double xFrom, double xTo, const std::vector<CurveDefinition>& curves,
-                                             const std::string& unit)
+std::shared_ptr<DisplayItem2D> buildPlotTree(const std::string& title, const std::string& xTitle,
+                                             const std::string& yTitle, double xFrom, double xTo,
+                                             const std::vector<CurveDefinition>& curves, const std::string& unit)
 {
     auto root = std::make_shared<DisplayItem2D>(title);
     root->setBusinessProperty("plot", title);
@@ -55,7 +55,8 @@ std::shared_ptr<DisplayItem2D> buildPlotTree(const std::string& title, const std
     root->appendChild(axes);
     auto group = std::make_shared<DisplayItem2D>("Curves");
     for (const CurveDefinition& definition : curves) {
-        auto curve = std::make_shared<PlotCurveItem2D>(definition.name, definition.color, sample(definition.value, xFrom, xTo));
+        auto curve = std::make_shared<PlotCurveItem2D>(definition.name, definition.color,
+                                                       sample(definition.value, xFrom, xTo));
         curve->setBusinessProperty("unit", unit);
         group->appendChild(curve);
     }
@@ -83,9 +84,8 @@ ProcessPlots::ProcessPlots()
     };
 
     // Drawing force of the OP10 tools: rises while the sheet is drawn in, then levels off.
-    const auto drawIn = [](double peak) {
-        return [peak](double s) { return peak * (1.0 - std::exp(-3.0 * s / 145.0)); };
-    };
+    const auto drawIn
+        = [](double peak) { return [peak](double s) { return peak * (1.0 - std::exp(-3.0 * s / 145.0)); }; };
     add(QStringLiteral("Press force OP10"),
         buildPlotTree("Press force OP10", "Stroke [mm]", "Force [kN]", 0.0, 145.0,
                       {{"Punch", QColor(0x1f, 0x77, 0xb4), drawIn(820.0)},
@@ -101,11 +101,12 @@ ProcessPlots::ProcessPlots()
         true, 260.0f, -110.0f);
     // Material of the blank: Hollomon flow curve and a forming limit curve.
     add(QStringLiteral("Flow curve DC04"),
-        buildPlotTree("Flow curve DC04", "Plastic strain [-]", "Stress [MPa]", 0.0, 0.6,
-                      {{"Rolling direction", QColor(0xd6, 0x27, 0x28),
-                        [](double e) { return 530.0 * std::pow(e + 0.002, 0.22); }},
-                       {"Transverse", QColor(0x17, 0xbe, 0xcf), [](double e) { return 515.0 * std::pow(e + 0.002, 0.21); }}},
-                      "MPa"),
+        buildPlotTree(
+            "Flow curve DC04", "Plastic strain [-]", "Stress [MPa]", 0.0, 0.6,
+            {{"Rolling direction", QColor(0xd6, 0x27, 0x28),
+              [](double e) { return 530.0 * std::pow(e + 0.002, 0.22); }},
+             {"Transverse", QColor(0x17, 0xbe, 0xcf), [](double e) { return 515.0 * std::pow(e + 0.002, 0.21); }}},
+            "MPa"),
         false, 150.0f, -250.0f);
     add(QStringLiteral("Forming limit curve DC04"),
         buildPlotTree("Forming limit curve DC04", "Minor strain [-]", "Major strain [-]", -0.3, 0.3,

@@ -104,11 +104,14 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
 
     QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
     debugMenu->setObjectName(QStringLiteral("debugMenu"));
-    QAction* displayModelAction = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
+    QAction* displayModelAction
+        = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
     displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
-    QAction* cloneAction = debugMenu->addAction(tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); });
+    QAction* cloneAction
+        = debugMenu->addAction(tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); });
     cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
-    QAction* model2DAction = debugMenu->addAction(tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); });
+    QAction* model2DAction
+        = debugMenu->addAction(tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); });
     model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
     QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
     windowMenu->addAction(tr("&Material generator"), this, [this]() {

@@ -176,10 +176,11 @@ void SceneView3D::collectPlotLabels()
         if (!item || !item->isVisible())
             continue;
         if (const auto* label = dynamic_cast<const PlotLabelDisplayItem*>(item.get())) {
-            const Vector<float, 3> pixel = transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
+            const Vector<float, 3> pixel
+                = transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
             const PlotDescription* plot = label->getPlotDescription();
-            const QString text = plot ? QString::fromStdString(plot->getTitle())
-                                      : QString::fromStdString(item->getDisplayName());
+            const QString text
+                = plot ? QString::fromStdString(plot->getTitle()) : QString::fromStdString(item->getDisplayName());
             m_plotLabels.append({QPointF(pixel.x(), pixel.y()), text});
         }
         const DisplayItemList children = item->getChildren();
@@ -287,9 +288,12 @@ void SceneView3D::paintEvent(QPaintEvent*)
                 painter.drawEllipse(centre, 0.22, 0.22);
                 continue;
             }
-            const QPolygonF top(QVector<QPointF>{project(x0, y0, h), project(x1, y0, h), project(x1, y1, h), project(x0, y1, h)});
-            const QPolygonF right(QVector<QPointF>{project(x1, y0, h), project(x1, y1, h), project(x1, y1, 0), project(x1, y0, 0)});
-            const QPolygonF front(QVector<QPointF>{project(x0, y1, h), project(x1, y1, h), project(x1, y1, 0), project(x0, y1, 0)});
+            const QPolygonF top(
+                QVector<QPointF>{project(x0, y0, h), project(x1, y0, h), project(x1, y1, h), project(x0, y1, h)});
+            const QPolygonF right(
+                QVector<QPointF>{project(x1, y0, h), project(x1, y1, h), project(x1, y1, 0), project(x1, y0, 0)});
+            const QPolygonF front(
+                QVector<QPointF>{project(x0, y1, h), project(x1, y1, h), project(x1, y1, 0), project(x0, y1, 0)});
             painter.setPen(QPen(tile->color.darker(160), 0.8 * pixel));
             painter.setBrush(tile->color.darker(130));
             painter.drawPolygon(right);
@@ -330,7 +334,9 @@ void SceneView3D::paintEvent(QPaintEvent*)
         tagFont.setBold(false);
         painter.setFont(tagFont);
         const QFontMetrics metrics(tagFont);
-        const QRectF tag = QRectF(metrics.boundingRect(label.text)).adjusted(-5, -3, 5, 3).translated(label.anchor + QPointF(14, -10));
+        const QRectF tag = QRectF(metrics.boundingRect(label.text))
+                               .adjusted(-5, -3, 5, 3)
+                               .translated(label.anchor + QPointF(14, -10));
         painter.setPen(QPen(QColor(0x1a, 0x52, 0x76), 1.2));
         painter.drawLine(label.anchor, tag.bottomLeft());
         painter.setBrush(QColor(0xfd, 0xfe, 0xfe, 230));
@@ -345,7 +351,8 @@ void SceneView3D::paintEvent(QPaintEvent*)
     font.setPointSizeF(9);
     font.setBold(true);
     painter.setFont(font);
-    QString status = tr("%1 - %n item(s) drawn", nullptr, m_drawnCount).arg(m_caption.isEmpty() ? tr("3D view") : m_caption);
+    QString status
+        = tr("%1 - %n item(s) drawn", nullptr, m_drawnCount).arg(m_caption.isEmpty() ? tr("3D view") : m_caption);
     if (m_selectedCount > 0)
         status += tr(", %n selected", nullptr, m_selectedCount);
     if (m_skippedCount > 0)

@@ -54,8 +54,8 @@ QStringList availableLanguages()
 {
     QStringList codes;
     const QString prefix = QStringLiteral("brennvik_debugmenu_");
-    const QStringList files =
-        QDir(QStringLiteral(":/i18n")).entryList(QStringList{prefix + QStringLiteral("*.qm")}, QDir::Files, QDir::Name);
+    const QStringList files = QDir(QStringLiteral(":/i18n"))
+                                  .entryList(QStringList{prefix + QStringLiteral("*.qm")}, QDir::Files, QDir::Name);
     for (const QString& file : files)
         codes << file.mid(prefix.size(), file.size() - prefix.size() - 3);
     return codes;
@@ -76,14 +76,16 @@ int main(int argc, char* argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption generateOption(
-        QStringLiteral("generate"), QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
+        QStringLiteral("generate"),
+        QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
         QStringLiteral("n"));
-    const QCommandLineOption modelOption(QStringLiteral("model"),
-                                         QStringLiteral("Show the model snapshot of the JSON <file> instead of the sample."),
-                                         QStringLiteral("file"));
+    const QCommandLineOption modelOption(
+        QStringLiteral("model"), QStringLiteral("Show the model snapshot of the JSON <file> instead of the sample."),
+        QStringLiteral("file"));
     const QCommandLineOption saveModelOption(
         QStringLiteral("save-model"),
-        QStringLiteral("Write the model shown (before any change) as a JSON snapshot to <file>."), QStringLiteral("file"));
+        QStringLiteral("Write the model shown (before any change) as a JSON snapshot to <file>."),
+        QStringLiteral("file"));
     const QCommandLineOption openOption(
         QStringLiteral("open"),
         QStringLiteral("Open a dialog at start, as the Debug menu does: display-model, clone-comparison or\n"
@@ -91,13 +93,15 @@ int main(int argc, char* argv[])
         QStringLiteral("name"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
-        QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."), QStringLiteral("file"));
+        QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."),
+        QStringLiteral("file"));
     const QCommandLineOption cloneDefectOption(
         QStringLiteral("clone-defect"),
-        QStringLiteral("Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
-                       "share-child, repeat-child, change-type, flip-visibility, change-property, drop-geometry-entry;\n"
-                       "target an item's display name\n"
-                       "(the first in pre-order). May be given more than once."),
+        QStringLiteral(
+            "Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
+            "share-child, repeat-child, change-type, flip-visibility, change-property, drop-geometry-entry;\n"
+            "target an item's display name\n"
+            "(the first in pre-order). May be given more than once."),
         QStringLiteral("kind:target"));
     const QCommandLineOption langOption(
         QStringLiteral("lang"),
@@ -117,7 +121,8 @@ int main(int argc, char* argv[])
     if (parser.isSet(langOption)) {
         const QString code = parser.value(langOption);
         // A code is a file name part; anything else could name another resource.
-        const bool wellFormed = QRegularExpression(QStringLiteral("\\A[A-Za-z]{2,3}(_[A-Za-z]{2})?\\z")).match(code).hasMatch();
+        const bool wellFormed
+            = QRegularExpression(QStringLiteral("\\A[A-Za-z]{2,3}(_[A-Za-z]{2})?\\z")).match(code).hasMatch();
         if (!wellFormed || !translator.load(QStringLiteral(":/i18n/brennvik_debugmenu_%1.qm").arg(code))) {
             std::fprintf(stderr, "brennvik-referenceapp: unknown language '%s' for --lang (known: %s)\n",
                          qPrintable(code), qPrintable(availableLanguages().join(QStringLiteral(", "))));
@@ -142,7 +147,8 @@ int main(int argc, char* argv[])
         bool ok = false;
         const qulonglong count = parser.value(generateOption).toULongLong(&ok);
         if (!ok || count == 0 || count > 50'000'000ULL) {
-            std::fprintf(stderr, "brennvik-referenceapp: --generate expects a number of items from 1 to 50000000, got '%s'\n",
+            std::fprintf(stderr,
+                         "brennvik-referenceapp: --generate expects a number of items from 1 to 50000000, got '%s'\n",
                          qPrintable(parser.value(generateOption)));
             return 2;
         }
@@ -186,10 +192,11 @@ int main(int argc, char* argv[])
         } else if (name == QLatin1String("display-model-2d")) {
             window.openDisplayModel2DDialog();
         } else {
-            std::fprintf(stderr,
-                         "brennvik-referenceapp: unknown dialog '%s' for --open (known: display-model, clone-comparison, "
-                         "display-model-2d)\n",
-                         qPrintable(name));
+            std::fprintf(
+                stderr,
+                "brennvik-referenceapp: unknown dialog '%s' for --open (known: display-model, clone-comparison, "
+                "display-model-2d)\n",
+                qPrintable(name));
             return 2;
         }
     }

@@ -185,10 +185,10 @@ void registerChildren(const Config& config)
         if (n > kMaxChildren)
             continue;
         const int removeIterations = n >= 100000 ? 1 : 0;
-        registerCase("ChildRemove", "Library", n, [n](benchmark::State& state) { removeLibrary(state, n); },
-                     removeIterations);
-        registerCase("ChildRemove", "Floor", n, [n](benchmark::State& state) { removeFloor(state, n); },
-                     removeIterations);
+        registerCase(
+            "ChildRemove", "Library", n, [n](benchmark::State& state) { removeLibrary(state, n); }, removeIterations);
+        registerCase(
+            "ChildRemove", "Floor", n, [n](benchmark::State& state) { removeFloor(state, n); }, removeIterations);
         registerCase("ChildAppend", "Library", n, [n](benchmark::State& state) { appendLibrary(state, n); });
         registerCase("ChildAppend", "Floor", n, [n](benchmark::State& state) { appendFloor(state, n); });
     }

@@ -29,7 +29,10 @@ namespace Brennvik {
 class DisplayModelDialogTestAccess
 {
 public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& dialog) { return dialog.m_clonedDisplayItemTreeWidget; }
+    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& dialog)
+    {
+        return dialog.m_clonedDisplayItemTreeWidget;
+    }
 };
 
 } // namespace Brennvik

@@ -99,9 +99,8 @@ void listingFloor(benchmark::State& state, long plots)
             if (area->isVisible())
                 places.push_back(area->mapToGlobal(QPoint(0, 0)));
         }
-        std::sort(places.begin(), places.end(), [](const QPoint& a, const QPoint& b) {
-            return a.y() < b.y() || (a.y() == b.y() && a.x() < b.x());
-        });
+        std::sort(places.begin(), places.end(),
+                  [](const QPoint& a, const QPoint& b) { return a.y() < b.y() || (a.y() == b.y() && a.x() < b.x()); });
         for (const QPoint& p : places)
             list.addItem(QStringLiteral("Plot at (%1, %2)").arg(p.x()).arg(p.y()));
 
@@ -143,8 +142,10 @@ void registerListing2D(const Config& config)
         const long n = 11 * plots;
         if (!config.sizes.empty() && n > config.sizes.back())
             continue;
-        registerCase("Listing2D", "Library", n, [plots](benchmark::State& state) { listingLibrary(state, plots); }, 5);
-        registerCase("Listing2D", "Floor", n, [plots](benchmark::State& state) { listingFloor(state, plots); }, 5);
+        registerCase(
+            "Listing2D", "Library", n, [plots](benchmark::State& state) { listingLibrary(state, plots); }, 5);
+        registerCase(
+            "Listing2D", "Floor", n, [plots](benchmark::State& state) { listingFloor(state, plots); }, 5);
     }
 }
 

@@ -61,8 +61,8 @@ void subtreeInvisibleLibrary(benchmark::State& state, long n)
         memory.reset();
         QElapsedTimer timer;
         timer.start();
-        const Test::ContextMenuVisit visit =
-            Test::rightClick(tree, topRowCentre, QStringLiteral("Make subtree invisible"));
+        const Test::ContextMenuVisit visit
+            = Test::rightClick(tree, topRowCentre, QStringLiteral("Make subtree invisible"));
         settle();
         state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
         recorder.add(memory);
@@ -123,8 +123,7 @@ void registerSubtreeInvisible(const Config& config)
     for (long n : config.sizes) {
         registerCase("SubtreeInvisible", "Library", n,
                      [n](benchmark::State& state) { subtreeInvisibleLibrary(state, n); });
-        registerCase("SubtreeInvisible", "Floor", n,
-                     [n](benchmark::State& state) { subtreeInvisibleFloor(state, n); });
+        registerCase("SubtreeInvisible", "Floor", n, [n](benchmark::State& state) { subtreeInvisibleFloor(state, n); });
     }
 }
 

@@ -103,7 +103,7 @@ private:
 
     void addObserver(DisplayItem2DObserver* observer);
     void removeObserver(DisplayItem2DObserver* observer);
-    template <typename Event>
+    template<typename Event>
     void dispatch(const Event& event);
     void checkCanAdopt(const std::shared_ptr<DisplayItem2D>& child) const;
     static void setProperty(PropertyList& list, const std::string& name, std::string value);

@@ -26,12 +26,7 @@ class BRENNVIK_HOST_EXPORT TreeViewContextMenu : public QObject
     Q_OBJECT
 public:
     /// The kit's own entries.
-    enum BuiltInAction {
-        ExpandRecursively = 0,
-        CollapseAll = 1,
-        CopySubtree = 2,
-        BuiltInActionCount = 3
-    };
+    enum BuiltInAction { ExpandRecursively = 0, CollapseAll = 1, CopySubtree = 2, BuiltInActionCount = 3 };
 
     /// A menu for \a view, to open at \a pos in the view's viewport coordinates.
     TreeViewContextMenu(QTreeView* view, const QPoint& pos);

@@ -8,7 +8,7 @@ namespace Brennvik {
 
 /// A fixed-size vector of the host's math library, e.g. Vector<float,3> for a
 /// point or a pixel position. Components start at zero.
-template <typename T, int N>
+template<typename T, int N>
 class Vector
 {
     static_assert(N > 0, "a vector has at least one component");
@@ -17,7 +17,7 @@ public:
     Vector() = default;
 
     /// A three-component vector from its components.
-    template <int M = N, typename = std::enable_if_t<M == 3>>
+    template<int M = N, typename = std::enable_if_t<M == 3>>
     Vector(T x, T y, T z)
         : m_components{x, y, z}
     {

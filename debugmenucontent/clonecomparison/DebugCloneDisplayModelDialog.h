@@ -24,8 +24,9 @@ class ViewModelInterface;
 /// structural difference of the clone (child counts, types, shared objects,
 /// visibility), or "Trees are equal". Nothing is recomputed afterwards; the
 /// clone lives as long as the dialog.
-class BRENNVIK_DEBUGMENU_EXPORT DebugCloneDisplayModelDialog : public QDialog,
-                                                                public Ui::DebugCloneDisplayModelDialogClass
+class BRENNVIK_DEBUGMENU_EXPORT DebugCloneDisplayModelDialog :
+    public QDialog,
+    public Ui::DebugCloneDisplayModelDialogClass
 {
     Q_OBJECT
 public:

@@ -23,8 +23,7 @@ DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidget* parent, st
     init();
 }
 
-DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidgetItem* parent,
-                                                         std::shared_ptr<DisplayItem2D> item,
+DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidgetItem* parent, std::shared_ptr<DisplayItem2D> item,
                                                          DisplayModel2DDialog* dialog)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
     , DisplayItem2DObserver()

@@ -20,8 +20,7 @@ class DisplayItemTreeWidgetItem2D : public QTreeWidgetItem, public DisplayItem2D
 {
 public:
     /// The tree's top-level (root) row.
-    DisplayItemTreeWidgetItem2D(QTreeWidget* parent, std::shared_ptr<DisplayItem2D> item,
-                                DisplayModel2DDialog* dialog);
+    DisplayItemTreeWidgetItem2D(QTreeWidget* parent, std::shared_ptr<DisplayItem2D> item, DisplayModel2DDialog* dialog);
     /// A row appended as the last child of \a parent.
     DisplayItemTreeWidgetItem2D(QTreeWidgetItem* parent, std::shared_ptr<DisplayItem2D> item,
                                 DisplayModel2DDialog* dialog);

@@ -8,7 +8,7 @@
 namespace Brennvik {
 
 /// Collects the visited items of type T, in visiting order.
-template <typename T>
+template<typename T>
 class DisplayItemTypeCollector : public DisplayItemTypeFilter<T>
 {
 public:

@@ -10,7 +10,7 @@ namespace Brennvik {
 
 /// How DisplayItemTypeFilter<T> tells an item of type T: a dynamic cast.
 /// Specialisable, e.g. to count the casts.
-template <typename T>
+template<typename T>
 struct DisplayItemTypeCast
 {
     /// The item as a T, sharing its ownership; empty when it is none.
@@ -24,7 +24,7 @@ struct DisplayItemTypeCast
 ///
 /// It remembers the dynamic type of the last item that was not a T, so that
 /// a run of items of one other type costs one cast, not one per item.
-template <typename T>
+template<typename T>
 class DisplayItemTypeFilter : public DisplayItemTreeTraverser::NodeProcessorInterface
 {
 public:

@@ -308,8 +308,8 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
             std::vector<Vector<float, 3>> points;
             for (const std::shared_ptr<PlotLabelDisplayItem>& label : labels) {
                 m_plotLabels.push_back(label.get());
-                const Vector<float, 3> pixel =
-                    transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
+                const Vector<float, 3> pixel
+                    = transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
                 Vector<float, 3> point(float(originX), float(originY), 0.0f);
                 point += pixel;
                 points.push_back(point);
@@ -318,7 +318,8 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
             std::vector<std::size_t> order(points.size());
             std::iota(order.begin(), order.end(), std::size_t(0));
             std::sort(order.begin(), order.end(), [&points](std::size_t a, std::size_t b) {
-                return points[a].y() < points[b].y() || (points[a].y() == points[b].y() && points[a].x() < points[b].x());
+                return points[a].y() < points[b].y()
+                    || (points[a].y() == points[b].y() && points[a].x() < points[b].x());
             });
             std::vector<PlotLabelDisplayItem*> sortedLabels;
             std::vector<Vector<float, 3>> sortedPoints;
@@ -330,8 +331,8 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
 
             for (const Vector<float, 3>& point : sortedPoints) {
                 // Truncated toward zero, unlike the plot rows, which are rounded.
-                const std::string text = "PlotLabel at (" + std::to_string(int(point.x())) + ", " +
-                                         std::to_string(int(point.y())) + ")";
+                const std::string text
+                    = "PlotLabel at (" + std::to_string(int(point.x())) + ", " + std::to_string(int(point.y())) + ")";
                 m_plotListWdg->insertItem(m_plotListWdg->count(), QString(text.c_str()));
             }
         }

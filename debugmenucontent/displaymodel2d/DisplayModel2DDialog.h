@@ -29,9 +29,10 @@ class ViewModelInterface;
 /// the 3D view, each by its screen position), shows the display item tree
 /// of the plot chosen in the list, prints the current row's properties, and
 /// toggles an item's visibility on double click.
-class BRENNVIK_DEBUGMENU_EXPORT DisplayModel2DDialog : public QDialog,
-                                                       public ViewModelHolder,
-                                                       public Ui::DisplayModel2DDialogClass
+class BRENNVIK_DEBUGMENU_EXPORT DisplayModel2DDialog :
+    public QDialog,
+    public ViewModelHolder,
+    public Ui::DisplayModel2DDialogClass
 {
     Q_OBJECT
 public:

@@ -358,7 +358,7 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
 }
 
 std::optional<std::shared_ptr<DisplayItemInterface>> DisplayModelDialog::initialEntry(DisplayModel& displayModel,
-                                                                                   bool& expand) const
+                                                                                      bool& expand) const
 {
     const std::shared_ptr<ActiveContext> context = displayModel.getActiveContext();
     if (!context)
@@ -388,7 +388,8 @@ std::optional<std::shared_ptr<DisplayItemInterface>> DisplayModelDialog::initial
     return std::nullopt;
 }
 
-void DisplayModelDialog::noteIfEntryRow(DisplayItemTreeWidgetItem* row, const std::shared_ptr<DisplayItemInterface>& item)
+void DisplayModelDialog::noteIfEntryRow(DisplayItemTreeWidgetItem* row,
+                                        const std::shared_ptr<DisplayItemInterface>& item)
 {
     if (m_entryRowsItem && item == m_entryRowsItem)
         m_entryRows.push_back(row);
@@ -459,7 +460,8 @@ void DisplayModelDialog::addChildRecursively(DisplayItemTreeWidgetItem* parentRo
         parentRow->addChild(row);
 }
 
-void DisplayModelDialog::displayItemAdded(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item)
+void DisplayModelDialog::displayItemAdded(DisplayItemTreeWidgetItem* parentRow,
+                                          std::shared_ptr<DisplayItemInterface> item)
 {
     if (!parentRow)
         return;
@@ -611,9 +613,8 @@ void DisplayModelDialog::walkExpandPath(QTreeWidgetItem* item, int level, int en
             const QString itemText = item->text(0);
             const int itemIndex = itemIndexOf(item);
             const QPair<int, QString> current = m_expandPath.at(entry);
-            const bool afterFitsItem = entry + 1 < m_expandPath.size()
-                                       && m_expandPath.at(entry + 1).second == itemText
-                                       && m_expandPath.at(entry + 1).first == itemIndex;
+            const bool afterFitsItem = entry + 1 < m_expandPath.size() && m_expandPath.at(entry + 1).second == itemText
+                && m_expandPath.at(entry + 1).first == itemIndex;
 
             if (current.second != itemText && !afterFitsItem)
                 continue;
@@ -635,8 +636,8 @@ void DisplayModelDialog::walkExpandPath(QTreeWidgetItem* item, int level, int en
                 applyPathAction(child, action);
                 if (action == PathAction::MakeCurrent) {
                     m_onlyCompareMirrored = true;
-                    const auto* original =
-                        dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
+                    const auto* original
+                        = dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
                     compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(child));
                 }
                 return;
@@ -713,8 +714,8 @@ void DisplayModelDialog::onFindDisplayItemClicked()
     // "Find next": the search starts after the current row and does not wrap.
     QTreeWidgetItem* pendingStart = m_displayItemTreeWidget->currentItem();
     for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
-        QTreeWidgetItem* found =
-            findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, nameFragment, searchValue);
+        QTreeWidgetItem* found
+            = findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, nameFragment, searchValue);
         if (found) {
             m_displayItemTreeWidget->setCurrentItem(found);
             return;
@@ -772,7 +773,8 @@ void DisplayModelDialog::createClonedWidgets()
     m_clonedDisplayItemTreeWidget->setObjectName(QStringLiteral("m_clonedDisplayItemTreeWidget"));
     m_clonedDisplayItemTreeWidget->setExpandsOnDoubleClick(true);
     m_clonedDisplayItemTreeWidget->header()->setStretchLastSection(true);
-    m_clonedDisplayItemTreeWidget->headerItem()->setText(0, QCoreApplication::translate(context, "Cloned display items"));
+    m_clonedDisplayItemTreeWidget->headerItem()->setText(0,
+                                                         QCoreApplication::translate(context, "Cloned display items"));
     m_mainHLayout->addWidget(m_clonedDisplayItemTreeWidget);
     m_clonedDisplayItemTreeWidget->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 
@@ -912,8 +914,7 @@ void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* origina
         // A row that the original lacks: it and its whole subtree are extra.
         paintFalseClonedItem(cloned);
         for (int i = 0; i < cloned->childCount(); ++i)
-            compareRecursiveTree(nullptr, dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i)),
-                                 cloned->parent());
+            compareRecursiveTree(nullptr, dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i)), cloned->parent());
         return;
     }
 

@@ -70,7 +70,8 @@ public:
     void displayItemModified(EditModelTreeWidgetItem* row);
     /// Called by a row when children of its item were removed: one row per
     /// item goes, the first that shows it.
-    void displayItemsRemoved(DisplayItemTreeWidgetItem* parentRow, std::set<std::shared_ptr<DisplayItemInterface>> items);
+    void displayItemsRemoved(DisplayItemTreeWidgetItem* parentRow,
+                             std::set<std::shared_ptr<DisplayItemInterface>> items);
 
     /// Walks down from \a item along m_expandPath, from \a entry (an element
     /// of it, the top-level end) towards its head, and makes current the row

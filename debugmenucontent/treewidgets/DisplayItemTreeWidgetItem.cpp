@@ -281,7 +281,8 @@ void DisplayItemTreeWidgetItem::onVisualPropertiesChangedEvent(std::shared_ptr<D
     onPropertiesChangedEvent(item);
 }
 
-void DisplayItemTreeWidgetItem::onDisplayItemsAddedEvent(const std::vector<std::shared_ptr<DisplayItemInterface>>& items)
+void DisplayItemTreeWidgetItem::onDisplayItemsAddedEvent(
+    const std::vector<std::shared_ptr<DisplayItemInterface>>& items)
 {
     if (!m_dialog)
         return;

@@ -10,7 +10,6 @@
 #include <QIcon>
 #include <QString>
 
-
 namespace Brennvik {
 
 // Separate from the display item rows' icons, so that neither kind of row

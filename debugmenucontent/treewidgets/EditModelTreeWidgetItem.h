@@ -26,8 +26,8 @@ public:
     EditModelTreeWidgetItem(QTreeWidget* parent, std::shared_ptr<EditorDisplayItem> item, DisplayModelDialog* dialog);
     /// A row appended as the last child of \a parent; a non-negative
     /// \a itemIndex is shown in column 1.
-    EditModelTreeWidgetItem(QTreeWidgetItem* parent, std::shared_ptr<EditorDisplayItem> item, DisplayModelDialog* dialog,
-                            int itemIndex);
+    EditModelTreeWidgetItem(QTreeWidgetItem* parent, std::shared_ptr<EditorDisplayItem> item,
+                            DisplayModelDialog* dialog, int itemIndex);
     ~EditModelTreeWidgetItem() override;
 
     /// The row's edit primitive; empty when it no longer exists.

@@ -11,7 +11,7 @@ namespace Brennvik {
 /// The column-0 text of a row: the object's display name and, when the object
 /// is also a shell, " [<shell type and name>]". Empty for a gone object.
 /// Display item rows and edit-model rows name their objects alike.
-template <class Item>
+template<class Item>
 QString rowText(const std::shared_ptr<Item>& item)
 {
     if (!item)

@@ -171,7 +171,9 @@ std::shared_ptr<DisplayItem> DisplayItem::copyWithoutChildren() const
     return copy;
 }
 
-void DisplayItem::remapReferences(const DisplayItemCloneMap& /*map*/) {}
+void DisplayItem::remapReferences(const DisplayItemCloneMap& /*map*/)
+{
+}
 
 void DisplayItem::setDisplayName(std::string displayName)
 {
@@ -360,7 +362,9 @@ std::string DisplayItem::addressText(const void* object)
 
 // --- Protected ------------------------------------------------------------
 
-void DisplayItem::appendTypeProperties(PropertyList& /*displayItemProperties*/) const {}
+void DisplayItem::appendTypeProperties(PropertyList& /*displayItemProperties*/) const
+{
+}
 
 std::string DisplayItem::descriptionDetail() const
 {

@@ -33,8 +33,9 @@ class SceneDisplayModel;
 ///   notify each once.
 /// The item keeps itself alive while it dispatches, so an observer may drop the
 /// last reference to it during the event.
-class BRENNVIK_HOST_EXPORT DisplayItem : public virtual DisplayItemInterface,
-                                         public std::enable_shared_from_this<DisplayItem>
+class BRENNVIK_HOST_EXPORT DisplayItem :
+    public virtual DisplayItemInterface,
+    public std::enable_shared_from_this<DisplayItem>
 {
 public:
     explicit DisplayItem(std::string displayName);

@@ -13,8 +13,8 @@ bool DisplayItemCloneMap::contains(const DisplayItemInterface* original) const
     return m_counterparts.count(original) != 0;
 }
 
-std::shared_ptr<DisplayItemInterface> DisplayItemCloneMap::remap(
-    const std::shared_ptr<DisplayItemInterface>& original) const
+std::shared_ptr<DisplayItemInterface>
+DisplayItemCloneMap::remap(const std::shared_ptr<DisplayItemInterface>& original) const
 {
     if (!original)
         return nullptr;

@@ -156,7 +156,7 @@ void DisplayItemCloner::appendAddedChildren(const DisplayItem& original, Display
 {
     if (PendingDefect* add = defectFor(original, CloneDefect::Kind::AddChild)) {
         auto extra = std::make_shared<DisplayItem>(add->defect.value.empty() ? std::string("Unexpected child")
-                                                                              : add->defect.value);
+                                                                             : add->defect.value);
         extra->m_parent = &copy;
         copy.m_children.push_back(extra);
         add->applied = true;

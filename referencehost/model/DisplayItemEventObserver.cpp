@@ -62,26 +62,42 @@ void DisplayItemEventObserver::unregisterFromDisplayItem(std::shared_ptr<Display
                           m_observedItems.end());
 }
 
-void DisplayItemEventObserver::onPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> /*item*/) {}
+void DisplayItemEventObserver::onPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> /*item*/)
+{
+}
 
-void DisplayItemEventObserver::onVisualPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> /*item*/) {}
+void DisplayItemEventObserver::onVisualPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> /*item*/)
+{
+}
 
-void DisplayItemEventObserver::updateDynamicSectionSceneGraph() {}
+void DisplayItemEventObserver::updateDynamicSectionSceneGraph()
+{
+}
 
-void DisplayItemEventObserver::onPreDisplayUpdateEvent() {}
+void DisplayItemEventObserver::onPreDisplayUpdateEvent()
+{
+}
 
-void DisplayItemEventObserver::onPostDisplayUpdateEvent() {}
+void DisplayItemEventObserver::onPostDisplayUpdateEvent()
+{
+}
 
-void DisplayItemEventObserver::onDisplayItemsAddedEvent(const DisplayItemList& /*items*/) {}
+void DisplayItemEventObserver::onDisplayItemsAddedEvent(const DisplayItemList& /*items*/)
+{
+}
 
-void DisplayItemEventObserver::onDisplayItemsRemovedEvent(const DisplayItemSet& /*items*/) {}
+void DisplayItemEventObserver::onDisplayItemsRemovedEvent(const DisplayItemSet& /*items*/)
+{
+}
 
-void DisplayItemEventObserver::onChildOverallVisibilityChangedEvent(bool /*visible*/) {}
+void DisplayItemEventObserver::onChildOverallVisibilityChangedEvent(bool /*visible*/)
+{
+}
 
 std::size_t DisplayItemEventObserver::registrationCount() const
 {
-    return static_cast<std::size_t>(std::count_if(m_observedItems.begin(), m_observedItems.end(),
-                                                  [](const auto& w) { return !w.expired(); }));
+    return static_cast<std::size_t>(
+        std::count_if(m_observedItems.begin(), m_observedItems.end(), [](const auto& w) { return !w.expired(); }));
 }
 
 } // namespace Brennvik

@@ -137,8 +137,9 @@ void DisplayItemObserverList::rememberOwner(DisplayItemEventObserver& observer) 
     if (sameItem(m_owner, std::weak_ptr<DisplayItemInterface>{}))
         return; // no owner known yet
     auto& items = observer.m_observedItems;
-    const bool known = std::any_of(items.begin(), items.end(),
-                                   [this](const std::weak_ptr<DisplayItemInterface>& w) { return sameItem(w, m_owner); });
+    const bool known = std::any_of(items.begin(), items.end(), [this](const std::weak_ptr<DisplayItemInterface>& w) {
+        return sameItem(w, m_owner);
+    });
     if (!known)
         items.push_back(m_owner);
 }

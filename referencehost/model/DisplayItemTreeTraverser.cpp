@@ -12,8 +12,8 @@ namespace {
 // change the tree while we walk it. Children are read when their parent is
 // visited, so an item removed by the processor before its turn is still visited
 // (we hold it), while children added to an already visited item are not.
-void walk(const std::shared_ptr<DisplayItemInterface>& root, DisplayItemTreeTraverser::NodeProcessorInterface& processor,
-          bool visibleOnly)
+void walk(const std::shared_ptr<DisplayItemInterface>& root,
+          DisplayItemTreeTraverser::NodeProcessorInterface& processor, bool visibleOnly)
 {
     if (!root)
         return;

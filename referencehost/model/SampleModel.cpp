@@ -39,7 +39,7 @@ std::string twoDigits(int value)
 
 // Nobody observes a model that is still being built, so the added events
 // raised while assembling it reach no one.
-template <typename T, typename... Args>
+template<typename T, typename... Args>
 std::shared_ptr<T> add(const std::shared_ptr<DisplayItem>& parent, Args&&... args)
 {
     auto item = std::make_shared<T>(std::forward<Args>(args)...);
@@ -121,9 +121,9 @@ void buildPart(const std::shared_ptr<DisplayItem>& root, std::shared_ptr<Display
     blankOut = blank;
 
     auto elementSets = group(blank, "Element sets");
-    static const char* const setNames[] = {"Window frame", "Belt line", "Hinge area", "Lock area", "Speaker pocket",
-                                           "Armrest", "Lower edge", "Inner radius", "Handle recess", "Mirror flag",
-                                           "Seal flange", "Drain holes"};
+    static const char* const setNames[]
+        = {"Window frame", "Belt line",    "Hinge area",    "Lock area",   "Speaker pocket", "Armrest",
+           "Lower edge",   "Inner radius", "Handle recess", "Mirror flag", "Seal flange",    "Drain holes"};
     int setIndex = 0;
     for (const char* name : setNames) {
         auto set = add<DisplayItem>(elementSets, name);
@@ -238,11 +238,11 @@ void buildResults(const std::shared_ptr<DisplayItem>& root)
         const double thickness = 1.20 * (1.0 - 0.004 * ((i * 37) % 61));
         const double change = (thickness / 1.20 - 1.0) * 100.0;
         auto point = add<LabelableItem>(points, "MP " + twoDigits(i),
-                                        "t = " + fixed(thickness, 2) + " mm / " + fixed(change, 1) + " %",
-                                        i % 7 != 0);
+                                        "t = " + fixed(thickness, 2) + " mm / " + fixed(change, 1) + " %", i % 7 != 0);
         point->setBusinessProperty("node", std::to_string(10000 + 173 * i));
-        point->setBusinessProperty("position", "(" + fixed(112.5 * (i % 8), 1) + ", " + fixed(95.0 * (i / 8), 1)
-                                                   + ", " + fixed(18.0 + std::sin(i) * 12.0, 1) + ")");
+        point->setBusinessProperty("position",
+                                   "(" + fixed(112.5 * (i % 8), 1) + ", " + fixed(95.0 * (i / 8), 1) + ", "
+                                       + fixed(18.0 + std::sin(i) * 12.0, 1) + ")");
         point->setBusinessProperty("thickness", fixed(thickness, 3) + " mm");
         point->setDisplayProperty("marker", "sphere");
         point->setDisplayProperty("color", change < -15.0 ? "#ff0000" : "#000000");

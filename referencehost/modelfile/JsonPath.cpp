@@ -68,7 +68,8 @@ QString JsonPath::describe() const
     else
         text = QStringLiteral("the top level");
     for (int i = first; i < size(); ++i)
-        text += QLatin1Char('[') + QString::number(std::get<int>(m_steps[static_cast<std::size_t>(i)])) + QLatin1Char(']');
+        text += QLatin1Char('[') + QString::number(std::get<int>(m_steps[static_cast<std::size_t>(i)]))
+            + QLatin1Char(']');
     return text;
 }
 

@@ -235,14 +235,30 @@ int JsonTextLocator::skipString(int pos, QString* decoded) const
         pos += 2;
         QChar character;
         switch (escape) {
-        case '"': character = QLatin1Char('"'); break;
-        case '\\': character = QLatin1Char('\\'); break;
-        case '/': character = QLatin1Char('/'); break;
-        case 'b': character = QLatin1Char('\b'); break;
-        case 'f': character = QLatin1Char('\f'); break;
-        case 'n': character = QLatin1Char('\n'); break;
-        case 'r': character = QLatin1Char('\r'); break;
-        case 't': character = QLatin1Char('\t'); break;
+        case '"':
+            character = QLatin1Char('"');
+            break;
+        case '\\':
+            character = QLatin1Char('\\');
+            break;
+        case '/':
+            character = QLatin1Char('/');
+            break;
+        case 'b':
+            character = QLatin1Char('\b');
+            break;
+        case 'f':
+            character = QLatin1Char('\f');
+            break;
+        case 'n':
+            character = QLatin1Char('\n');
+            break;
+        case 'r':
+            character = QLatin1Char('\r');
+            break;
+        case 't':
+            character = QLatin1Char('\t');
+            break;
         case 'u': {
             if (pos + 4 > m_text.size())
                 return -1;

@@ -50,21 +50,36 @@ QString quoted(const QString& text)
 QString syntaxReason(QJsonParseError::ParseError error)
 {
     switch (error) {
-    case QJsonParseError::UnterminatedObject: return QStringLiteral("expected \",\" or \"}\" after an object member");
-    case QJsonParseError::MissingNameSeparator: return QStringLiteral("expected \":\" after a key");
-    case QJsonParseError::UnterminatedArray: return QStringLiteral("expected \",\" or \"]\" after an array element");
-    case QJsonParseError::MissingValueSeparator: return QStringLiteral("expected \",\" between values");
-    case QJsonParseError::IllegalValue: return QStringLiteral("expected a JSON value");
-    case QJsonParseError::TerminationByNumber: return QStringLiteral("unexpected end after a number");
-    case QJsonParseError::IllegalNumber: return QStringLiteral("invalid number");
-    case QJsonParseError::IllegalEscapeSequence: return QStringLiteral("invalid escape sequence in a string");
-    case QJsonParseError::IllegalUTF8String: return QStringLiteral("invalid UTF-8 in a string");
-    case QJsonParseError::UnterminatedString: return QStringLiteral("unterminated string");
-    case QJsonParseError::MissingObject: return QStringLiteral("expected a value after \",\"");
-    case QJsonParseError::DeepNesting: return QStringLiteral("objects and arrays nested too deeply");
-    case QJsonParseError::DocumentTooLarge: return QStringLiteral("the document is too large");
-    case QJsonParseError::GarbageAtEnd: return QStringLiteral("unexpected text after the top-level object");
-    case QJsonParseError::NoError: break;
+    case QJsonParseError::UnterminatedObject:
+        return QStringLiteral("expected \",\" or \"}\" after an object member");
+    case QJsonParseError::MissingNameSeparator:
+        return QStringLiteral("expected \":\" after a key");
+    case QJsonParseError::UnterminatedArray:
+        return QStringLiteral("expected \",\" or \"]\" after an array element");
+    case QJsonParseError::MissingValueSeparator:
+        return QStringLiteral("expected \",\" between values");
+    case QJsonParseError::IllegalValue:
+        return QStringLiteral("expected a JSON value");
+    case QJsonParseError::TerminationByNumber:
+        return QStringLiteral("unexpected end after a number");
+    case QJsonParseError::IllegalNumber:
+        return QStringLiteral("invalid number");
+    case QJsonParseError::IllegalEscapeSequence:
+        return QStringLiteral("invalid escape sequence in a string");
+    case QJsonParseError::IllegalUTF8String:
+        return QStringLiteral("invalid UTF-8 in a string");
+    case QJsonParseError::UnterminatedString:
+        return QStringLiteral("unterminated string");
+    case QJsonParseError::MissingObject:
+        return QStringLiteral("expected a value after \",\"");
+    case QJsonParseError::DeepNesting:
+        return QStringLiteral("objects and arrays nested too deeply");
+    case QJsonParseError::DocumentTooLarge:
+        return QStringLiteral("the document is too large");
+    case QJsonParseError::GarbageAtEnd:
+        return QStringLiteral("unexpected text after the top-level object");
+    case QJsonParseError::NoError:
+        break;
     }
     return QStringLiteral("unknown error");
 }
@@ -116,9 +131,8 @@ std::shared_ptr<SceneViewModel> ModelFileReader::read(ModelFileError* error)
         if (error) {
             ModelFileError result{m_fileName, 0, 0, failure.message};
             if (failure.positioned) {
-                const JsonTextLocator::Position position = failure.offset >= 0
-                                                               ? m_locator.position(failure.offset)
-                                                               : m_locator.valuePosition(failure.path);
+                const JsonTextLocator::Position position
+                    = failure.offset >= 0 ? m_locator.position(failure.offset) : m_locator.valuePosition(failure.path);
                 result.line = position.line;
                 result.column = position.column;
             }
@@ -132,12 +146,27 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
 {
     const Location top;
     if (m_text.size() > m_limits.maxFileSize)
-        throw ReadFailure{JsonPath(), QStringLiteral("the file is larger than %1 bytes").arg(m_limits.maxFileSize), -1, false};
+        throw ReadFailure{JsonPath(), QStringLiteral("the file is larger than %1 bytes").arg(m_limits.maxFileSize), -1,
+                          false};
     if (m_text.trimmed().isEmpty() || m_text.trimmed() == "\xEF\xBB\xBF")
         throw ReadFailure{JsonPath(), QStringLiteral("the file is empty, expected a JSON object"), 0};
 
+    // Qt's parser (5.15) keeps the last of repeated keys and loses the first
+    // value without freeing it when that is an object or an array. A repeated
+    // key is refused anyway, so Qt never sees one: only the text before it is
+    // checked, with a digit in the key's place, which a text that is fine up
+    // to there makes Qt stop at as an unfinished object at the very end.
+    const std::optional<JsonTextLocator::DuplicateKey> duplicate = m_locator.firstDuplicateKey();
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(m_text, &parseError);
+    QJsonDocument document;
+    if (duplicate) {
+        const QByteArray probe = m_text.left(duplicate->offset) + '0';
+        QJsonDocument::fromJson(probe, &parseError);
+        if (parseError.error == QJsonParseError::UnterminatedObject && parseError.offset == probe.size())
+            parseError.error = QJsonParseError::NoError;
+    } else {
+        document = QJsonDocument::fromJson(m_text, &parseError);
+    }
     if (parseError.error != QJsonParseError::NoError) {
         // Qt reports a cut-off text with whatever it expected next; say what happened.
         const bool truncated = m_locator.endsInsideValue() && parseError.offset >= m_locator.lastNonWhitespace();
@@ -167,8 +196,9 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     }
     // QJsonDocument keeps the last of repeated keys silently; a file that says
     // two things about one field is refused instead.
-    if (const auto duplicate = m_locator.firstDuplicateKey())
-        throw ReadFailure{JsonPath(), QStringLiteral("duplicate key %1").arg(quoted(duplicate->key)), duplicate->offset};
+    if (duplicate)
+        throw ReadFailure{JsonPath(), QStringLiteral("duplicate key %1").arg(quoted(duplicate->key)),
+                          duplicate->offset};
     if (!document.isObject())
         fail(top.path(), QStringLiteral("expected a JSON object at the top level"));
     const QJsonObject object = document.object();
@@ -273,8 +303,8 @@ ModelFileReader::ModelParts ModelFileReader::readModel(const QJsonValue& value, 
         const QJsonObject source = toObject(object.value(sourceKey), sourcePath);
         const QString keyKey = QStringLiteral("key");
         checkKnownFields(source, sourcePath, {keyKey});
-        parts.kind7Source =
-            std::make_shared<ToolKeySource>(requiredText(source, sourcePath, keyKey, m_limits.maxNameLength).toStdString());
+        parts.kind7Source = std::make_shared<ToolKeySource>(
+            requiredText(source, sourcePath, keyKey, m_limits.maxNameLength).toStdString());
     }
 
     const QString lookupKey = QStringLiteral("kind7Lookup");
@@ -285,8 +315,10 @@ ModelFileReader::ModelParts ModelFileReader::readModel(const QJsonValue& value, 
         const QString propertyKey = QStringLiteral("keyProperty");
         checkKnownFields(lookup, lookupPath, {lookupRootKey, propertyKey});
         parts.hasKind7Lookup = true;
-        parts.lookupRoot = readReference(required(lookup, lookupPath, lookupRootKey), lookupPath.child(lookupRootKey), true);
-        parts.keyProperty = optionalText(lookup, lookupPath, propertyKey, m_limits.maxNameLength, QString()).toStdString();
+        parts.lookupRoot
+            = readReference(required(lookup, lookupPath, lookupRootKey), lookupPath.child(lookupRootKey), true);
+        parts.keyProperty
+            = optionalText(lookup, lookupPath, propertyKey, m_limits.maxNameLength, QString()).toStdString();
     }
 
     const QString ownerKey = QStringLiteral("defaultEntryOwner");
@@ -328,9 +360,10 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
     else if (kind == QLatin1String("GeometryModuleItem"))
         known << QStringLiteral("geometryItems");
     else if (kind != QLatin1String("DisplayItem"))
-        fail(path.child(kKind).path(), QStringLiteral("unknown item kind %1, expected DisplayItem, ShellItem, "
-                                                 "GeometryModuleItem or LabelableItem")
-                                      .arg(quoted(kind)));
+        fail(path.child(kKind).path(),
+             QStringLiteral("unknown item kind %1, expected DisplayItem, ShellItem, "
+                            "GeometryModuleItem or LabelableItem")
+                 .arg(quoted(kind)));
     checkKnownFields(object, path, known);
 
     const std::string name = requiredText(object, path, kName, m_limits.maxNameLength).toStdString();
@@ -353,8 +386,9 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
             for (int i = 0; i < list.size(); ++i) {
                 auto reference = readReference(list.at(i), listPath.child(i), false);
                 if (listed.contains(reference->id))
-                    fail(reference->path, QStringLiteral("the item id %1 is listed twice in \"geometryItems\"")
-                                              .arg(quoted(reference->id)));
+                    fail(reference->path,
+                         QStringLiteral("the item id %1 is listed twice in \"geometryItems\"")
+                             .arg(quoted(reference->id)));
                 listed.insert(reference->id);
                 m_geometryReferences.emplace_back(module.get(), std::move(*reference));
             }
@@ -380,10 +414,11 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
         const auto existing = m_items.constFind(id);
         if (existing != m_items.constEnd()) {
             const JsonTextLocator::Position first = m_locator.valuePosition(existing->second);
-            fail(idPath.path(), QStringLiteral("duplicate item id %1 (first used at line %2, column %3)")
-                             .arg(quoted(id))
-                             .arg(first.line)
-                             .arg(first.column));
+            fail(idPath.path(),
+                 QStringLiteral("duplicate item id %1 (first used at line %2, column %3)")
+                     .arg(quoted(id))
+                     .arg(first.line)
+                     .arg(first.column));
         }
         m_items.insert(id, {item, idPath.path()});
     }
@@ -437,16 +472,15 @@ std::vector<ModelFileReader::PrimitiveParts> ModelFileReader::readEditor(const Q
         parts.selectable = optionalBool(primitive, primitivePath, kSelectable, true);
         // A primitive's properties are a plain list and may repeat a name.
         if (primitive.contains(propertiesKey))
-            parts.properties =
-                readPropertyList(primitive.value(propertiesKey), primitivePath.child(propertiesKey), false);
+            parts.properties
+                = readPropertyList(primitive.value(propertiesKey), primitivePath.child(propertiesKey), false);
         result.push_back(std::move(parts));
     }
     return result;
 }
 
-std::vector<std::pair<std::string, std::string>> ModelFileReader::readPropertyList(const QJsonValue& value,
-                                                                                   const Location& path,
-                                                                                   bool uniqueNames)
+std::vector<std::pair<std::string, std::string>>
+ModelFileReader::readPropertyList(const QJsonValue& value, const Location& path, bool uniqueNames)
 {
     const QJsonArray list = toArray(value, path, m_limits.maxListLength);
     std::vector<std::pair<std::string, std::string>> result;
@@ -457,7 +491,8 @@ std::vector<std::pair<std::string, std::string>> ModelFileReader::readPropertyLi
         const QJsonValue entry = list.at(i);
         const QJsonArray pair = entry.toArray();
         if (!entry.isArray() || pair.size() != 2 || !pair.at(0).isString() || !pair.at(1).isString())
-            fail(pairPath.path(), QStringLiteral("expected a [name, value] pair of strings for %1").arg(pairPath.describe()));
+            fail(pairPath.path(),
+                 QStringLiteral("expected a [name, value] pair of strings for %1").arg(pairPath.describe()));
         const QString name = toText(pair.at(0), pairPath.child(0), m_limits.maxNameLength);
         const QString text = toText(pair.at(1), pairPath.child(1), m_limits.maxTextLength);
         if (uniqueNames) {
@@ -471,14 +506,15 @@ std::vector<std::pair<std::string, std::string>> ModelFileReader::readPropertyLi
     return result;
 }
 
-std::optional<ModelFileReader::Reference> ModelFileReader::readReference(const QJsonValue& value,
-                                                                         const Location& path, bool nullable)
+std::optional<ModelFileReader::Reference> ModelFileReader::readReference(const QJsonValue& value, const Location& path,
+                                                                         bool nullable)
 {
     if (nullable && value.isNull())
         return std::nullopt;
     if (!value.isString())
-        fail(path.path(), QStringLiteral("expected an item id (a string)%1 for %2")
-                       .arg(nullable ? QStringLiteral(" or null") : QString(), path.describe()));
+        fail(path.path(),
+             QStringLiteral("expected an item id (a string)%1 for %2")
+                 .arg(nullable ? QStringLiteral(" or null") : QString(), path.describe()));
     return Reference{toText(value, path, m_limits.maxNameLength), path.path()};
 }
 
@@ -559,10 +595,11 @@ int ModelFileReader::toInt(const QJsonValue& value, const Location& path) const
     if (!value.isDouble() || std::floor(number) != number)
         fail(path.path(), QStringLiteral("expected an integer for %1").arg(path.describe()));
     if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
-        fail(path.path(), QStringLiteral("%1 is out of range (%2 to %3)")
-                       .arg(path.describe())
-                       .arg(std::numeric_limits<int>::min())
-                       .arg(std::numeric_limits<int>::max()));
+        fail(path.path(),
+             QStringLiteral("%1 is out of range (%2 to %3)")
+                 .arg(path.describe())
+                 .arg(std::numeric_limits<int>::min())
+                 .arg(std::numeric_limits<int>::max()));
     return static_cast<int>(number);
 }
 

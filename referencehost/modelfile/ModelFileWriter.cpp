@@ -90,11 +90,13 @@ void ModelFileWriter::numberTree(const std::shared_ptr<DisplayItem>& root)
         const auto [item, depth] = pending.back();
         pending.pop_back();
         if (depth > m_limits.maxDepth)
-            fail(QStringLiteral("the item %1 is nested deeper than %2 levels").arg(itemName(*item)).arg(m_limits.maxDepth));
+            fail(QStringLiteral("the item %1 is nested deeper than %2 levels")
+                     .arg(itemName(*item))
+                     .arg(m_limits.maxDepth));
         if (static_cast<int>(m_numbers.size()) >= m_limits.maxItems)
             fail(QStringLiteral("the model has more than %1 items").arg(m_limits.maxItems));
-        const auto inserted = m_numbers.emplace(static_cast<const DisplayItemInterface*>(item),
-                                                static_cast<int>(m_numbers.size()));
+        const auto inserted
+            = m_numbers.emplace(static_cast<const DisplayItemInterface*>(item), static_cast<int>(m_numbers.size()));
         if (!inserted.second)
             fail(QStringLiteral("the item %1 occurs twice in the model").arg(itemName(*item)));
         const auto& children = item->children();
@@ -228,10 +230,12 @@ QJsonValue ModelFileWriter::itemValue(const DisplayItem& item) const
     const std::string kind = item.typeName();
     if (kind == "ShellItem" && dynamic_cast<const ShellItem*>(&item)) {
         const auto& shell = dynamic_cast<const ShellItem&>(item);
-        object.insert(QStringLiteral("shellType"),
-                      text(shell.getShellType(), m_limits.maxNameLength, QStringLiteral("the shell type of %1").arg(name)));
-        object.insert(QStringLiteral("shellName"),
-                      text(shell.getShellName(), m_limits.maxNameLength, QStringLiteral("the shell name of %1").arg(name)));
+        object.insert(
+            QStringLiteral("shellType"),
+            text(shell.getShellType(), m_limits.maxNameLength, QStringLiteral("the shell type of %1").arg(name)));
+        object.insert(
+            QStringLiteral("shellName"),
+            text(shell.getShellName(), m_limits.maxNameLength, QStringLiteral("the shell name of %1").arg(name)));
     } else if (kind == "LabelableItem" && dynamic_cast<const LabelableItem*>(&item)) {
         const auto& labelable = dynamic_cast<const LabelableItem&>(item);
         object.insert(QStringLiteral("label"),

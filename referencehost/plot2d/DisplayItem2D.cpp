@@ -157,14 +157,13 @@ void DisplayItem2D::addObserver(DisplayItem2DObserver* observer)
 
 void DisplayItem2D::removeObserver(DisplayItem2DObserver* observer)
 {
-    m_observers.erase(std::remove_if(m_observers.begin(), m_observers.end(),
-                                     [observer](const Registration& registration) {
-                                         return registration.observer == observer;
-                                     }),
-                      m_observers.end());
+    m_observers.erase(
+        std::remove_if(m_observers.begin(), m_observers.end(),
+                       [observer](const Registration& registration) { return registration.observer == observer; }),
+        m_observers.end());
 }
 
-template <typename Event>
+template<typename Event>
 void DisplayItem2D::dispatch(const Event& event)
 {
     // An observer may drop the last reference to this item during its event.
@@ -173,10 +172,10 @@ void DisplayItem2D::dispatch(const Event& event)
     // the serial tells a destroyed observer from a new one at the same address.
     const std::vector<Registration> snapshot = m_observers;
     for (const Registration& registration : snapshot) {
-        const bool stillRegistered =
-            std::any_of(m_observers.begin(), m_observers.end(), [&registration](const Registration& current) {
-                return current.observer == registration.observer && current.serial == registration.serial;
-            });
+        const bool stillRegistered
+            = std::any_of(m_observers.begin(), m_observers.end(), [&registration](const Registration& current) {
+                  return current.observer == registration.observer && current.serial == registration.serial;
+              });
         if (stillRegistered)
             event(*registration.observer);
     }
@@ -194,8 +193,8 @@ void DisplayItem2D::checkCanAdopt(const std::shared_ptr<DisplayItem2D>& child) c
 
 void DisplayItem2D::setProperty(PropertyList& list, const std::string& name, std::string value)
 {
-    const auto it =
-        std::find_if(list.begin(), list.end(), [&name](const Property& property) { return property.first == name; });
+    const auto it
+        = std::find_if(list.begin(), list.end(), [&name](const Property& property) { return property.first == name; });
     if (it != list.end())
         it->second = std::move(value);
     else

@@ -30,9 +30,10 @@ void DisplayItem2DObserver::observe(std::shared_ptr<DisplayItem2D> item)
         return;
     item->addObserver(this);
     // Drop references to items that have gone, so that the list does not grow.
-    m_observedItems.erase(std::remove_if(m_observedItems.begin(), m_observedItems.end(),
-                                         [](const std::weak_ptr<DisplayItem2D>& observed) { return observed.expired(); }),
-                          m_observedItems.end());
+    m_observedItems.erase(
+        std::remove_if(m_observedItems.begin(), m_observedItems.end(),
+                       [](const std::weak_ptr<DisplayItem2D>& observed) { return observed.expired(); }),
+        m_observedItems.end());
     m_observedItems.push_back(item);
 }
 

@@ -42,9 +42,9 @@ int DisplayModel2D::addUpdateListener(UpdateListener listener)
 
 void DisplayModel2D::removeUpdateListener(int id)
 {
-    m_listeners.erase(std::remove_if(m_listeners.begin(), m_listeners.end(),
-                                     [id](const auto& entry) { return entry.first == id; }),
-                      m_listeners.end());
+    m_listeners.erase(
+        std::remove_if(m_listeners.begin(), m_listeners.end(), [id](const auto& entry) { return entry.first == id; }),
+        m_listeners.end());
 }
 
 int DisplayModel2D::displayUpdateCount() const

@@ -72,15 +72,15 @@ void PlotAxisItem2D::paint(QPainter& painter, const PlotCanvas& canvas) const
         if (horizontal) {
             const double x = area.left() + fraction * area.width();
             painter.drawLine(QPointF(x, area.bottom()), QPointF(x, area.bottom() + TickLength));
-            painter.drawText(QPointF(x - metrics.horizontalAdvance(text) / 2.0,
-                                     area.bottom() + TickLength + metrics.ascent()),
-                             text);
+            painter.drawText(
+                QPointF(x - metrics.horizontalAdvance(text) / 2.0, area.bottom() + TickLength + metrics.ascent()),
+                text);
         } else {
             const double y = area.bottom() - fraction * area.height();
             painter.drawLine(QPointF(area.left() - TickLength, y), QPointF(area.left(), y));
-            painter.drawText(QPointF(area.left() - TickLength - 2 - metrics.horizontalAdvance(text),
-                                     y + metrics.ascent() / 2.0),
-                             text);
+            painter.drawText(
+                QPointF(area.left() - TickLength - 2 - metrics.horizontalAdvance(text), y + metrics.ascent() / 2.0),
+                text);
         }
     }
 

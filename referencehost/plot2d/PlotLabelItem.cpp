@@ -22,8 +22,8 @@ std::string PlotLabelItem::typeName() const
 
 std::shared_ptr<DisplayItem> PlotLabelItem::copyWithoutChildren() const
 {
-    auto copy = std::make_shared<PlotLabelItem>(getDisplayName(), getLabel(), plotDescription(),
-                                                getAnchorPointForDisplay());
+    auto copy
+        = std::make_shared<PlotLabelItem>(getDisplayName(), getLabel(), plotDescription(), getAnchorPointForDisplay());
     copy->setLabelsAllowed(areLabelsAllowed());
     copy->copyStateFrom(*this);
     return copy;

@@ -33,7 +33,8 @@ void PlotLegendItem2D::paint(QPainter& painter, const PlotCanvas& canvas) const
     const QFontMetrics metrics(painter.font());
     double textWidth = 0.0;
     for (const PlotCurveItem2D* curve : canvas.drawnCurves)
-        textWidth = std::max(textWidth, double(metrics.horizontalAdvance(QString::fromStdString(curve->getDisplayName()))));
+        textWidth
+            = std::max(textWidth, double(metrics.horizontalAdvance(QString::fromStdString(curve->getDisplayName()))));
     const double lineHeight = metrics.height();
     const double width = Padding * 3 + SwatchWidth + textWidth;
     const double height = Padding * 2 + lineHeight * double(canvas.drawnCurves.size());

@@ -25,11 +25,10 @@ void ProcessDesignerPresenter::addDrawArea2D(QWidget* widget)
         return;
     getVirtualDrawArea()->addWidget(widget);
     // The set holds raw pointers: a destroyed widget must leave it at once.
-    m_destroyedConnections[widget] =
-        QObject::connect(widget, &QObject::destroyed, [this, widget]() {
-            m_drawAreas2D.erase(widget);
-            m_destroyedConnections.erase(widget);
-        });
+    m_destroyedConnections[widget] = QObject::connect(widget, &QObject::destroyed, [this, widget]() {
+        m_drawAreas2D.erase(widget);
+        m_destroyedConnections.erase(widget);
+    });
 }
 
 void ProcessDesignerPresenter::removeDrawArea2D(QWidget* widget)

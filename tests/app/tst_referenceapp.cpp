@@ -143,16 +143,18 @@ void TestReferenceApp::debugMenuOpensTheDisplayModelDialog()
 void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
+        QStringLiteral("m_displayItemTreeWidget"));
     QVERIFY(tree);
     SceneView3D* view = m_window->sceneView();
     const int before = view->drawnItemCount();
-    const int updatesBefore = m_viewModel->displayModel().visibilityUpdateCount()
-        + m_viewModel->displayModel().totalDisplayUpdateCount();
+    const int updatesBefore
+        = m_viewModel->displayModel().visibilityUpdateCount() + m_viewModel->displayModel().totalDisplayUpdateCount();
 
     QTreeWidgetItem* process = findRow(tree, QStringLiteral("Process"));
     QVERIFY(process);
-    const auto visit = Test::rightClick(tree, tree->visualItemRect(process).center(), QStringLiteral("Make subtree invisible"));
+    const auto visit
+        = Test::rightClick(tree, tree->visualItemRect(process).center(), QStringLiteral("Make subtree invisible"));
     QVERIFY(visit.triggered);
 
     QVERIFY(m_viewModel->displayModel().visibilityUpdateCount() + m_viewModel->displayModel().totalDisplayUpdateCount()
@@ -165,7 +167,8 @@ void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 
     // And back.
     process = findRow(tree, QStringLiteral("Process"));
-    QVERIFY(Test::rightClick(tree, tree->visualItemRect(process).center(), QStringLiteral("Make subtree visible")).triggered);
+    QVERIFY(Test::rightClick(tree, tree->visualItemRect(process).center(), QStringLiteral("Make subtree visible"))
+                .triggered);
     QVERIFY(view->drawnItemNames().contains(QStringLiteral("Punch")));
     // Visible now also what the sample had hidden below the process.
     QVERIFY(view->drawnItemNames().contains(QStringLiteral("Binder")));
@@ -175,22 +178,26 @@ void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 void TestReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
+        QStringLiteral("m_displayItemTreeWidget"));
     QTreeWidgetItem* row = findRow(tree, QStringLiteral("Drawbead 3"));
     QVERIFY(row);
     QCOMPARE(m_window->sceneView()->selectedItemCount(), 1);
-    QVERIFY(Test::rightClick(tree, tree->visualItemRect(row).center(), QStringLiteral("&Select/deselect display item")).triggered);
+    QVERIFY(Test::rightClick(tree, tree->visualItemRect(row).center(), QStringLiteral("&Select/deselect display item"))
+                .triggered);
     QCOMPARE(m_window->sceneView()->selectedItemCount(), 2);
 }
 
 void TestReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
-    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
+    auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
+        QStringLiteral("m_displayItemTreeWidget"));
     QTreeWidgetItem* row = findRow(tree, QStringLiteral("Section cuts"));
     QVERIFY(row);
     const int before = m_window->sceneView()->drawnItemCount();
-    QVERIFY(Test::rightClick(tree, tree->visualItemRect(row).center(), QStringLiteral("&Delete display item")).triggered);
+    QVERIFY(
+        Test::rightClick(tree, tree->visualItemRect(row).center(), QStringLiteral("&Delete display item")).triggered);
 
     QVERIFY(!findRow(tree, QStringLiteral("Section cuts")));
     QCOMPARE(m_window->sceneView()->drawnItemCount(), before - 3);
@@ -323,8 +330,9 @@ void TestReferenceApp::pickingAPlotShowsItsTree()
     }
     QCOMPARE(plots, 4);
     QCOMPARE(labels, 4);
-    QCOMPARE(shown, (QSet<QString>{QStringLiteral("Press force OP10"), QStringLiteral("Blank holder force"),
-                                   QStringLiteral("Flow curve DC04"), QStringLiteral("Forming limit curve DC04")}));
+    QCOMPARE(shown,
+             (QSet<QString>{QStringLiteral("Press force OP10"), QStringLiteral("Blank holder force"),
+                            QStringLiteral("Flow curve DC04"), QStringLiteral("Forming limit curve DC04")}));
 }
 
 void TestReferenceApp::plotLabelsAreDrawnInTheSceneView()
@@ -353,7 +361,8 @@ void TestReferenceApp::savedModelLoadsBack()
 
     QProcess load;
     load.setProcessChannelMode(QProcess::MergedChannels);
-    load.start(QStringLiteral(BRENNVIK_REFERENCEAPP), {QStringLiteral("--model"), model, QStringLiteral("--screenshot"), shot});
+    load.start(QStringLiteral(BRENNVIK_REFERENCEAPP),
+               {QStringLiteral("--model"), model, QStringLiteral("--screenshot"), shot});
     QVERIFY(load.waitForFinished(60000));
     QVERIFY2(load.exitCode() == 0, load.readAll().constData());
     QVERIFY(!QImage(shot).isNull());

@@ -171,11 +171,16 @@ void tst_DebugCloneDisplayModelDialog::formWidgets_data()
     QTest::addColumn<int>("columnSpan");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("original label") << "bkLabel" << "Brennvik::BKLabel" << 0 << 0 << 1 << "Display Model";
-    QTest::newRow("cloned label") << "bkLabel_2" << "Brennvik::BKLabel" << 0 << 1 << 1 << "Cloned Display Model";
-    QTest::newRow("original tree") << "m_displayItemTree" << "Brennvik::DisplayItemTreeWidget" << 1 << 0 << 1 << "";
-    QTest::newRow("cloned tree") << "m_clonedDisplayItemTree" << "Brennvik::DisplayItemTreeWidget" << 1 << 1 << 1 << "";
-    QTest::newRow("output") << "m_outputTextField" << "QPlainTextEdit" << 2 << 0 << 2 << "";
+    QTest::newRow("original label") << "bkLabel"
+                                    << "Brennvik::BKLabel" << 0 << 0 << 1 << "Display Model";
+    QTest::newRow("cloned label") << "bkLabel_2"
+                                  << "Brennvik::BKLabel" << 0 << 1 << 1 << "Cloned Display Model";
+    QTest::newRow("original tree") << "m_displayItemTree"
+                                   << "Brennvik::DisplayItemTreeWidget" << 1 << 0 << 1 << "";
+    QTest::newRow("cloned tree") << "m_clonedDisplayItemTree"
+                                 << "Brennvik::DisplayItemTreeWidget" << 1 << 1 << 1 << "";
+    QTest::newRow("output") << "m_outputTextField"
+                            << "QPlainTextEdit" << 2 << 0 << 2 << "";
 }
 
 void tst_DebugCloneDisplayModelDialog::formWidgets()
@@ -279,8 +284,7 @@ void tst_DebugCloneDisplayModelDialog::report_data()
     QTest::addColumn<FindingList>("findings");
     using K = CloneDefect::Kind;
 
-    QTest::newRow("shared child") << DefectList{{K::ShareChild, "B"}}
-                                  << FindingList{{"Pointer was copied", "B"}};
+    QTest::newRow("shared child") << DefectList{{K::ShareChild, "B"}} << FindingList{{"Pointer was copied", "B"}};
     QTest::newRow("shared leaf") << DefectList{{K::ShareChild, "E"}} << FindingList{{"Pointer was copied", "E"}};
     // Below a differing type nothing is examined: C1's visibility goes unreported.
     QTest::newRow("other type") << DefectList{{K::ChangeChildType, "B"}, {K::FlipVisibility, "C1"}}
@@ -291,20 +295,24 @@ void tst_DebugCloneDisplayModelDialog::report_data()
                                     << FindingList{{"Child count differs", "B"}};
     QTest::newRow("repeated subtree") << DefectList{{K::RepeatChild, "D"}, {K::FlipVisibility, "B"}}
                                       << FindingList{{"Child count differs", "A"}};
-    QTest::newRow("one more child of the root") << DefectList{{K::AddChild, "root"}}
-                                                << FindingList{{"Child count differs", "root"}};
-    QTest::newRow("visibility at several depths")
-        << DefectList{{K::FlipVisibility, "E"}, {K::FlipVisibility, "D1"}, {K::FlipVisibility, "A"},
-                      {K::FlipVisibility, "C2"}}
-        << FindingList{{"Visibility differs", "A"}, {"Visibility differs", "C2"}, {"Visibility differs", "D1"},
-                       {"Visibility differs", "E"}};
+    QTest::newRow("one more child of the root")
+        << DefectList{{K::AddChild, "root"}} << FindingList{{"Child count differs", "root"}};
+    QTest::newRow("visibility at several depths") << DefectList{{K::FlipVisibility, "E"},
+                                                                {K::FlipVisibility, "D1"},
+                                                                {K::FlipVisibility, "A"},
+                                                                {K::FlipVisibility, "C2"}}
+                                                  << FindingList{{"Visibility differs", "A"},
+                                                                 {"Visibility differs", "C2"},
+                                                                 {"Visibility differs", "D1"},
+                                                                 {"Visibility differs", "E"}};
     // The roots themselves are compared only through their children.
     QTest::newRow("visibility of the root") << DefectList{{K::FlipVisibility, "root"}} << FindingList{};
     QTest::newRow("property value") << DefectList{{K::ChangePropertyValue, "D1"}} << FindingList{};
     QTest::newRow("all kinds, in pre-order")
-        << DefectList{{K::ShareChild, "E"}, {K::FlipVisibility, "A"}, {K::ChangeChildType, "D"},
-                      {K::AddChild, "B"}}
-        << FindingList{{"Visibility differs", "A"}, {"Child count differs", "B"}, {"Type differs", "D"},
+        << DefectList{{K::ShareChild, "E"}, {K::FlipVisibility, "A"}, {K::ChangeChildType, "D"}, {K::AddChild, "B"}}
+        << FindingList{{"Visibility differs", "A"},
+                       {"Child count differs", "B"},
+                       {"Type differs", "D"},
                        {"Pointer was copied", "E"}};
 }
 

@@ -43,14 +43,20 @@ namespace Brennvik {
 class DisplayModelDialogTestAccess
 {
 public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& dialog) { return dialog.m_clonedDisplayItemTreeWidget; }
+    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& dialog)
+    {
+        return dialog.m_clonedDisplayItemTreeWidget;
+    }
     static DisplayItemTreeWidgetItem* clonedTopRow(DisplayModelDialog& dialog) { return dialog.m_clonedTopRow; }
     static QVBoxLayout* clonedPropertiesColumn(DisplayModelDialog& dialog) { return dialog.m_vl_clonedProperties; }
     static QHBoxLayout* clonedBusinessHeader(DisplayModelDialog& dialog) { return dialog.m_hl_cloned_business_props; }
     static QHBoxLayout* clonedDisplayHeader(DisplayModelDialog& dialog) { return dialog.m_hl_cloned_display_props; }
     static QLabel* clonedBusinessLabel(DisplayModelDialog& dialog) { return dialog.m_lbl_cloned_business_obj_props; }
     static QLabel* clonedDisplayLabel(DisplayModelDialog& dialog) { return dialog.m_lbl_cloned_display_props; }
-    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& dialog) { return dialog.m_clonedBusinessObjectProperties; }
+    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& dialog)
+    {
+        return dialog.m_clonedBusinessObjectProperties;
+    }
     static QTreeWidget* clonedDisplayPane(DisplayModelDialog& dialog) { return dialog.m_clonedDisplayItemProperties; }
     static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& dialog)
     {
@@ -226,7 +232,8 @@ QStringList namesAndColours(QTreeWidget* pane)
 {
     QStringList rows;
     for (const QString& row : colouredRows(pane))
-        rows << row.section(QStringLiteral(" = "), 0, 0) + QLatin1Char(' ') + row.section(QLatin1Char('['), -1).prepend('[');
+        rows << row.section(QStringLiteral(" = "), 0, 0) + QLatin1Char(' ')
+                + row.section(QLatin1Char('['), -1).prepend('[');
     return rows;
 }
 
@@ -245,7 +252,8 @@ QStringList describeLayout(QLayout* layout)
         if (item->widget()) {
             items << item->widget()->objectName();
         } else if (item->layout()) {
-            items << item->layout()->objectName() + (item->layout()->count() == 0 ? QStringLiteral(" (empty)") : QString());
+            items << item->layout()->objectName()
+                    + (item->layout()->count() == 0 ? QStringLiteral(" (empty)") : QString());
         } else if (QSpacerItem* spacer = item->spacerItem()) {
             items << QStringLiteral("spacer %1x%2 %3/%4")
                          .arg(spacer->sizeHint().width())
@@ -437,8 +445,9 @@ void tst_DisplayModelDialogCloneMode::switchingOnBuildsClonedWidgets()
              (QStringList{"_2", "m_displayItemTreeWidget", "m_clonedDisplayItemTreeWidget", "m_vl_clonedProperties"}));
     QVBoxLayout* column = Access::clonedPropertiesColumn(*dialog);
     QCOMPARE(column->spacing(), 6);
-    QCOMPARE(describeLayout(column), (QStringList{"m_hl_cloned_business_props", "m_businessObjectProperties",
-                                                  "m_hl_cloned_display_props", "m_clonedDisplayItemProperties"}));
+    QCOMPARE(describeLayout(column),
+             (QStringList{"m_hl_cloned_business_props", "m_businessObjectProperties", "m_hl_cloned_display_props",
+                          "m_clonedDisplayItemProperties"}));
     QCOMPARE(Access::clonedBusinessHeader(*dialog)->spacing(), 0);
     QCOMPARE(Access::clonedDisplayHeader(*dialog)->spacing(), 0);
     QCOMPARE(describeLayout(Access::clonedBusinessHeader(*dialog)),
@@ -452,7 +461,8 @@ void tst_DisplayModelDialogCloneMode::switchingOnBuildsClonedWidgets()
     QTreeWidget* businessPane = Access::clonedBusinessPane(*dialog);
     QTreeWidget* displayPane = Access::clonedDisplayPane(*dialog);
     QCOMPARE(businessPane->objectName(), QStringLiteral("m_businessObjectProperties"));
-    const QList<QTreeWidget*> sameName = dialog->findChildren<QTreeWidget*>(QStringLiteral("m_businessObjectProperties"));
+    const QList<QTreeWidget*> sameName
+        = dialog->findChildren<QTreeWidget*>(QStringLiteral("m_businessObjectProperties"));
     QCOMPARE(sameName.size(), 2);
     QVERIFY(sameName.contains(businessPane));
     QVERIFY(sameName.contains(dialog->m_businessObjectProperties));
@@ -601,8 +611,8 @@ void tst_DisplayModelDialogCloneMode::identicalCloneMarksNothing()
         QVERIFY(clonedCurrent);
         QCOMPARE(rowPath(clonedCurrent), rowPath(row));
         QVERIFY(Access::onlyCompareMirrored(*dialog));
-        const QStringList rows =
-            namesAndColours(Access::clonedBusinessPane(*dialog)) + namesAndColours(Access::clonedDisplayPane(*dialog));
+        const QStringList rows = namesAndColours(Access::clonedBusinessPane(*dialog))
+            + namesAndColours(Access::clonedDisplayPane(*dialog));
         QVERIFY(rows.contains(QStringLiteral("pointer [grey]")));
         QVERIFY(rows.contains(QStringLiteral("pointer (DisplayItemInterface) [grey]")));
         for (const QString& line : rows)
@@ -619,23 +629,22 @@ void tst_DisplayModelDialogCloneMode::treeMarks_data()
     using K = CloneDefect::Kind;
 
     QTest::newRow("faithful clone") << DefectList{} << QStringList{};
-    QTest::newRow("visibility of a leaf") << DefectList{{K::FlipVisibility, "C1"}}
-                                          << QStringList{"root/A [different visible_different]",
-                                                         "root/A/B [different visible_different]",
-                                                         "root/A/B/C1 [different visible_different]"};
+    QTest::newRow("visibility of a leaf")
+        << DefectList{{K::FlipVisibility, "C1"}}
+        << QStringList{"root/A [different visible_different]", "root/A/B [different visible_different]",
+                       "root/A/B/C1 [different visible_different]"};
     QTest::newRow("visibility of a child of the top row")
         << DefectList{{K::FlipVisibility, "E"}} << QStringList{"root/E [different visible_different]"};
     QTest::newRow("visibility of the top row itself")
         << DefectList{{K::FlipVisibility, "root"}} << QStringList{"root [different visible_different]"};
     QTest::newRow("added leaf") << DefectList{{K::AddChild, "B"}}
                                 << QStringList{"root/A [bold]", "root/A/B [bold]", "root/A/B/Unexpected child [bold]"};
-    QTest::newRow("repeated subtree")
-        << DefectList{{K::RepeatChild, "D"}}
-        << QStringList{"root/A [bold]", "root/A/D[2] [bold]", "root/A/D[2]/D1 [bold]"};
+    QTest::newRow("repeated subtree") << DefectList{{K::RepeatChild, "D"}}
+                                      << QStringList{"root/A [bold]", "root/A/D[2] [bold]", "root/A/D[2]/D1 [bold]"};
     QTest::newRow("repeated subtree in the middle")
         << DefectList{{K::RepeatChild, "B"}}
-        << QStringList{"root/A [bold]", "root/A/B[1] [bold]", "root/A/B[1]/C1 [bold]", "root/A/B[1]/C2 [bold]",
-                       "root/A/D [bold]", "root/A/D/D1 [bold]"};
+        << QStringList{"root/A [bold]",         "root/A/B[1] [bold]", "root/A/B[1]/C1 [bold]",
+                       "root/A/B[1]/C2 [bold]", "root/A/D [bold]",    "root/A/D/D1 [bold]"};
     QTest::newRow("added child of the top row")
         << DefectList{{K::AddChild, "root"}} << QStringList{"root [bold]", "root/Unexpected child [bold]"};
     QTest::newRow("missing last leaf") << DefectList{{K::DropChild, "C2"}} << QStringList{"root/A [bold]"};
@@ -647,10 +656,10 @@ void tst_DisplayModelDialogCloneMode::treeMarks_data()
     QTest::newRow("shared subtree") << DefectList{{K::ShareChild, "B"}} << QStringList{};
     QTest::newRow("other type") << DefectList{{K::ChangeChildType, "D"}} << QStringList{};
     QTest::newRow("other property value") << DefectList{{K::ChangePropertyValue, "C1"}} << QStringList{};
-    QTest::newRow("hidden and missing")
-        << DefectList{{K::FlipVisibility, "D1"}, {K::DropChild, "C2"}}
-        << QStringList{"root/A [bold, different visible_different]", "root/A/D [different visible_different]",
-                       "root/A/D/D1 [different visible_different]"};
+    QTest::newRow("hidden and missing") << DefectList{{K::FlipVisibility, "D1"}, {K::DropChild, "C2"}}
+                                        << QStringList{"root/A [bold, different visible_different]",
+                                                       "root/A/D [different visible_different]",
+                                                       "root/A/D/D1 [different visible_different]"};
 }
 
 void tst_DisplayModelDialogCloneMode::treeMarks()
@@ -713,7 +722,8 @@ void tst_DisplayModelDialogCloneMode::childCountTestIsOneSided()
     QVERIFY(dialog);
     QTreeWidgetItem* clonedB = rowByPath(Access::clonedTree(*dialog), QStringLiteral("root/A/B"));
     QVERIFY(clonedB);
-    QVERIFY(clonedB->childCount() != rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/B"))->childCount());
+    QVERIFY(clonedB->childCount()
+            != rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/B"))->childCount());
     QCOMPARE(isBold(clonedB), parentBold);
     // Either way the grandparent A is bold.
     QVERIFY(isBold(rowByPath(Access::clonedTree(*dialog), QStringLiteral("root/A"))));
@@ -725,16 +735,16 @@ void tst_DisplayModelDialogCloneMode::topLevelRowIsNeverPaintedUpwards_data()
     QTest::addColumn<QStringList>("expected");
     using K = CloneDefect::Kind;
     // The upward walks stop below the top row.
-    QTest::newRow("deep text difference") << DefectList{{K::DropChild, "C1"}}
-                                          << QStringList{"root/A [bold]", "root/A/B [bold]", "root/A/B/C2 [bold]"};
-    QTest::newRow("missing grandchild of the top row") << DefectList{{K::DropChild, "D1"}}
-                                                       << QStringList{"root/A [bold]"};
+    QTest::newRow("deep text difference")
+        << DefectList{{K::DropChild, "C1"}} << QStringList{"root/A [bold]", "root/A/B [bold]", "root/A/B/C2 [bold]"};
+    QTest::newRow("missing grandchild of the top row")
+        << DefectList{{K::DropChild, "D1"}} << QStringList{"root/A [bold]"};
     // The marking of a missing child of the top row would start above the top row.
     QTest::newRow("missing child of the top row") << DefectList{{K::DropChild, "E"}} << QStringList{};
     // E moves to A's place and is bold; the rows missing below it would start
     // marking at the top row, which stays plain.
-    QTest::newRow("missing subtree under the top row") << DefectList{{K::DropChild, "A"}}
-                                                       << QStringList{"root/E [bold]"};
+    QTest::newRow("missing subtree under the top row")
+        << DefectList{{K::DropChild, "A"}} << QStringList{"root/E [bold]"};
     QTest::newRow("deep visibility difference")
         << DefectList{{K::FlipVisibility, "D1"}}
         << QStringList{"root/A [different visible_different]", "root/A/D [different visible_different]",
@@ -766,8 +776,8 @@ void tst_DisplayModelDialogCloneMode::missingDuplicateRowIsExempt_data()
     // The module lists only S1 in the clone: the missing duplicate row of S2 marks nothing.
     QTest::newRow("duplicate row missing") << DefectList{{K::DropGeometryEntry, "Module"}} << QStringList{};
     // S2 gone altogether: its proper row marks from its grandparent Module up.
-    QTest::newRow("geometry item missing") << DefectList{{K::DropChild, "S2"}}
-                                           << QStringList{"root/Process [bold]", "root/Process/Module [bold]"};
+    QTest::newRow("geometry item missing")
+        << DefectList{{K::DropChild, "S2"}} << QStringList{"root/Process [bold]", "root/Process/Module [bold]"};
 }
 
 void tst_DisplayModelDialogCloneMode::missingDuplicateRowIsExempt()
@@ -786,7 +796,8 @@ void tst_DisplayModelDialogCloneMode::missingDuplicateRowIsExempt()
              (QStringList{"root", "root/Process", "root/Process/Module", "root/Process/Module/Geometry",
                           "root/Process/Module/Geometry/S1", "root/Process/Module/Geometry/S2",
                           "root/Process/Module/S1", "root/Process/Module/S2"}));
-    auto* lastDuplicate = dynamic_cast<DisplayItemTreeWidgetItem*>(original->topLevelItem(0)->child(0)->child(0)->child(2));
+    auto* lastDuplicate
+        = dynamic_cast<DisplayItemTreeWidgetItem*>(original->topLevelItem(0)->child(0)->child(0)->child(2));
     QVERIFY(lastDuplicate && lastDuplicate->isDuplicate());
     QTreeWidgetItem* clonedModule = rowByPath(Access::clonedTree(*dialog), QStringLiteral("root/Process/Module"));
     QCOMPARE(clonedModule->childCount(), 2);
@@ -814,8 +825,12 @@ void tst_DisplayModelDialogCloneMode::propertyValuesAreColoured_data()
     // A labelable copy: another type and two label rows beyond the end of the original list.
     QTest::newRow("other type") << DefectList{{K::ChangeChildType, "C1"}}
                                 << QStringList{"pointer [grey]", "material [grey]"}
-                                << QStringList{"pointer (DisplayItemInterface) [grey]", "display item type [red]",
-                                               "colour [grey]", "width [grey]", "Label [red]", "Labels allowed [red]"};
+                                << QStringList{"pointer (DisplayItemInterface) [grey]",
+                                               "display item type [red]",
+                                               "colour [grey]",
+                                               "width [grey]",
+                                               "Label [red]",
+                                               "Labels allowed [red]"};
 }
 
 void tst_DisplayModelDialogCloneMode::propertyValuesAreColoured()
@@ -834,7 +849,8 @@ void tst_DisplayModelDialogCloneMode::propertyValuesAreColoured()
     DisplayModelDialog* dialog = openDialog(viewModel, true);
     QVERIFY(dialog);
 
-    clickRow(dialog->m_displayItemTreeWidget, rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/B/C1")));
+    clickRow(dialog->m_displayItemTreeWidget,
+             rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/B/C1")));
     QCOMPARE(rowPath(dialog->m_displayItemTreeWidget->currentItem()), QStringLiteral("root/A/B/C1"));
     QCOMPARE(rowPath(Access::clonedTree(*dialog)->currentItem()), QStringLiteral("root/A/B/C1"));
     QCOMPARE(namesAndColours(Access::clonedBusinessPane(*dialog)), business);
@@ -854,11 +870,15 @@ void tst_DisplayModelDialogCloneMode::pointerPropertiesNeverRed_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("colour");
-    QTest::newRow("pointer") << "pointer" << "grey";
-    QTest::newRow("pointer (DisplayItemInterface)") << "pointer (DisplayItemInterface)" << "grey";
+    QTest::newRow("pointer") << "pointer"
+                             << "grey";
+    QTest::newRow("pointer (DisplayItemInterface)") << "pointer (DisplayItemInterface)"
+                                                    << "grey";
     // Only the two exact names are exempt.
-    QTest::newRow("Pointer") << "Pointer" << "red";
-    QTest::newRow("pointer id") << "pointer id" << "red";
+    QTest::newRow("Pointer") << "Pointer"
+                             << "red";
+    QTest::newRow("pointer id") << "pointer id"
+                                << "red";
 }
 
 void tst_DisplayModelDialogCloneMode::pointerPropertiesNeverRed()
@@ -869,12 +889,14 @@ void tst_DisplayModelDialogCloneMode::pointerPropertiesNeverRed()
     auto root = buildRuleTree();
     findItem(root, "D1")->setDisplayProperty(name.toStdString(), "0x1000");
     auto viewModel = makeViewModel(root);
-    viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::ChangePropertyValue, "D1", name.toStdString(), "0x2000"}});
+    viewModel->setCloneDefects(
+        {CloneDefect{CloneDefect::Kind::ChangePropertyValue, "D1", name.toStdString(), "0x2000"}});
     DisplayModelDialog* dialog = openDialog(viewModel, true);
     QVERIFY(dialog);
     QVERIFY(viewModel->lastCloneUnappliedDefects().empty());
 
-    clickRow(dialog->m_displayItemTreeWidget, rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/D/D1")));
+    clickRow(dialog->m_displayItemTreeWidget,
+             rowByPath(dialog->m_displayItemTreeWidget, QStringLiteral("root/A/D/D1")));
     QCOMPARE(rowPath(Access::clonedTree(*dialog)->currentItem()), QStringLiteral("root/A/D/D1"));
     const QStringList rows = colouredRows(Access::clonedDisplayPane(*dialog));
     QCOMPARE(rows.size(), 3);
@@ -1008,9 +1030,8 @@ void tst_DisplayModelDialogCloneMode::expansionIsMirroredBothWays()
     QVERIFY(dialog);
     QTreeWidget* original = dialog->m_displayItemTreeWidget;
     DisplayItemTreeWidget* cloned = Access::clonedTree(*dialog);
-    const auto expanded = [](QTreeWidget* tree, const char* path) {
-        return rowByPath(tree, QString::fromLatin1(path))->isExpanded();
-    };
+    const auto expanded
+        = [](QTreeWidget* tree, const char* path) { return rowByPath(tree, QString::fromLatin1(path))->isExpanded(); };
     QVERIFY(!expanded(cloned, "root"));
 
     original->expandItem(rowByPath(original, QStringLiteral("root")));

@@ -8,7 +8,7 @@ namespace Brennvik::Test {
 
 namespace {
 
-template <typename Items>
+template<typename Items>
 RecordedEvent eventWith(RecordedEvent::Type type, const Items& items)
 {
     RecordedEvent event{type, {}, {}, false};

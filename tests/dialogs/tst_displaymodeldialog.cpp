@@ -116,8 +116,8 @@ QStringList paneRows(QTreeWidget* pane)
     QStringList rows;
     for (int i = 0; i < pane->topLevelItemCount(); ++i) {
         QTreeWidgetItem* row = pane->topLevelItem(i);
-        rows << row->text(0) + QStringLiteral(" = ") + row->text(1) + QStringLiteral(" (tip: ")
-                    + row->toolTip(1) + QStringLiteral(")");
+        rows << row->text(0) + QStringLiteral(" = ") + row->text(1) + QStringLiteral(" (tip: ") + row->toolTip(1)
+                + QStringLiteral(")");
     }
     return rows;
 }
@@ -128,7 +128,7 @@ QStringList expectedRows(const PropertyList& properties)
     for (const Property& property : properties) {
         const QString value = QString::fromStdString(property.second);
         rows << QString::fromStdString(property.first) + QStringLiteral(" = ") + value + QStringLiteral(" (tip: ")
-                    + value + QStringLiteral(")");
+                + value + QStringLiteral(")");
     }
     return rows;
 }
@@ -309,7 +309,8 @@ void tst_DisplayModelDialog::dialogInheritsItsForm()
              dialog->findChild<QWidget*>(QStringLiteral("m_displayItemTreeWidget")));
     QCOMPARE(static_cast<QWidget*>(dialog->m_useCloneCheckBox),
              dialog->findChild<QWidget*>(QStringLiteral("m_useCloneCheckBox")));
-    QCOMPARE(static_cast<QLayout*>(dialog->m_mainHLayout), dialog->findChild<QLayout*>(QStringLiteral("m_mainHLayout")));
+    QCOMPARE(static_cast<QLayout*>(dialog->m_mainHLayout),
+             dialog->findChild<QLayout*>(QStringLiteral("m_mainHLayout")));
 
     // Exactly the library's tree widget, not a stand-in.
     QVERIFY(typeid(*dialog->m_displayItemTreeWidget) == typeid(DisplayItemTreeWidget));
@@ -331,35 +332,46 @@ void tst_DisplayModelDialog::formWidgets_data()
     const QString frame = QStringLiteral("frame");
     const QVariantMap none;
 
-    QTest::newRow("frame") << "frame" << "QFrame" << dialog << QString() << true << -1 << none;
-    QTest::newRow("search value label") << "m_searchValueLbl_3" << "QLabel" << frame << "Search Value:" << true << -1
-                                        << none;
-    QTest::newRow("search value") << "m_searchValueLE" << "QLineEdit" << frame << QString() << true << -1
+    QTest::newRow("frame") << "frame"
+                           << "QFrame" << dialog << QString() << true << -1 << none;
+    QTest::newRow("search value label") << "m_searchValueLbl_3"
+                                        << "QLabel" << frame << "Search Value:" << true << -1 << none;
+    QTest::newRow("search value") << "m_searchValueLE"
+                                  << "QLineEdit" << frame << QString() << true << -1
                                   << QVariantMap{{"readOnly", false}};
-    QTest::newRow("search criteria label") << "m_searchTypeLbl_3" << "QLabel" << frame << "Search Criteria:" << true
-                                           << -1 << none;
-    QTest::newRow("search criteria") << "m_searchTypeCB" << "QComboBox" << frame << "Any (*)" << true << -1 << none;
-    QTest::newRow("count label") << "label_3" << "QLabel" << frame << "Number of Display Items:" << true << -1 << none;
-    QTest::newRow("count") << "m_displayItemCountLE" << "QLineEdit" << frame << QString() << true << -1
-                           << QVariantMap{{"readOnly", true}};
-    QTest::newRow("update") << "m_displayItemCountPB" << "QPushButton" << frame << "Update" << true << -1 << none;
-    QTest::newRow("find next") << "m_findDisplayItemPB" << "QPushButton" << frame << "Find next" << true << -1
-                               << none;
-    QTest::newRow("clone") << "m_useCloneCheckBox" << "Brennvik::BKCheckBox" << frame << "Clone" << true << 0 << none;
-    QTest::newRow("clone in 3D") << "m_showCloneIn3dCheckBox" << "Brennvik::BKCheckBox" << frame
-                                 << "Show Clone in 3D View" << false << 0 << none;
-    QTest::newRow("compare mode") << "m_propertyCompareMode" << "Brennvik::BKCheckBox" << frame
-                                  << "Only compare mirrored item properties" << false << 1 << none;
-    QTest::newRow("business label") << "label_2" << "QLabel" << dialog << "Business object properties" << true << -1
+    QTest::newRow("search criteria label") << "m_searchTypeLbl_3"
+                                           << "QLabel" << frame << "Search Criteria:" << true << -1 << none;
+    QTest::newRow("search criteria") << "m_searchTypeCB"
+                                     << "QComboBox" << frame << "Any (*)" << true << -1 << none;
+    QTest::newRow("count label") << "label_3"
+                                 << "QLabel" << frame << "Number of Display Items:" << true << -1 << none;
+    QTest::newRow("count") << "m_displayItemCountLE"
+                           << "QLineEdit" << frame << QString() << true << -1 << QVariantMap{{"readOnly", true}};
+    QTest::newRow("update") << "m_displayItemCountPB"
+                            << "QPushButton" << frame << "Update" << true << -1 << none;
+    QTest::newRow("find next") << "m_findDisplayItemPB"
+                               << "QPushButton" << frame << "Find next" << true << -1 << none;
+    QTest::newRow("clone") << "m_useCloneCheckBox"
+                           << "Brennvik::BKCheckBox" << frame << "Clone" << true << 0 << none;
+    QTest::newRow("clone in 3D") << "m_showCloneIn3dCheckBox"
+                                 << "Brennvik::BKCheckBox" << frame << "Show Clone in 3D View" << false << 0 << none;
+    QTest::newRow("compare mode") << "m_propertyCompareMode"
+                                  << "Brennvik::BKCheckBox" << frame << "Only compare mirrored item properties" << false
+                                  << 1 << none;
+    QTest::newRow("business label") << "label_2"
+                                    << "QLabel" << dialog << "Business object properties" << true << -1
                                     << QVariantMap{{"indent", 3}};
-    QTest::newRow("business pane") << "m_businessObjectProperties" << "QTreeWidget" << dialog << "Name|Value" << true
-                                   << -1 << QVariantMap{{"columnCount", 2}};
-    QTest::newRow("display label") << "label" << "QLabel" << dialog << "Display item properties" << true << -1
+    QTest::newRow("business pane") << "m_businessObjectProperties"
+                                   << "QTreeWidget" << dialog << "Name|Value" << true << -1
+                                   << QVariantMap{{"columnCount", 2}};
+    QTest::newRow("display label") << "label"
+                                   << "QLabel" << dialog << "Display item properties" << true << -1
                                    << QVariantMap{{"indent", 3}};
-    QTest::newRow("display pane") << "m_displayItemProperties" << "QTreeWidget" << dialog << "Name|Value" << true
-                                  << -1 << QVariantMap{{"columnCount", 2}};
-    QTest::newRow("tree") << "m_displayItemTreeWidget" << "Brennvik::DisplayItemTreeWidget" << dialog
-                          << "Display items" << true << -1
+    QTest::newRow("display pane") << "m_displayItemProperties"
+                                  << "QTreeWidget" << dialog << "Name|Value" << true << -1
+                                  << QVariantMap{{"columnCount", 2}};
+    QTest::newRow("tree") << "m_displayItemTreeWidget"
+                          << "Brennvik::DisplayItemTreeWidget" << dialog << "Display items" << true << -1
                           << QVariantMap{{"columnCount", 1}, {"expandsOnDoubleClick", false}};
 }
 
@@ -413,30 +425,45 @@ void tst_DisplayModelDialog::formLayouts_data()
 
     const QString spacer = QStringLiteral("spacer 0x0 Expanding/Minimum");
 
-    QTest::newRow("verticalLayout") << "verticalLayout" << "QVBoxLayout" << "DisplayModelDialogClass" << 2
-                                    << "0,4,0,4" << QStringList{"frame", "m_mainHLayout"};
-    QTest::newRow("gridLayout") << "gridLayout" << "QGridLayout" << "frame" << 6 << "11,11,11,11"
-                                << QStringList{spacer + " @0,2 1x1",
-                                               "horizontalLayout_2 @1,0 1x1",
-                                               spacer + " @1,2 1x1",
-                                               "horizontalLayout @0,0 1x1",
-                                               "m_displayItemCountPB @0,1 1x1",
-                                               "m_findDisplayItemPB @1,1 1x1",
-                                               "horizontalLayout_3 @2,1 1x3"};
-    QTest::newRow("horizontalLayout_2") << "horizontalLayout_2" << "QHBoxLayout" << "gridLayout" << 6 << QString()
+    QTest::newRow("verticalLayout") << "verticalLayout"
+                                    << "QVBoxLayout"
+                                    << "DisplayModelDialogClass" << 2 << "0,4,0,4"
+                                    << QStringList{"frame", "m_mainHLayout"};
+    QTest::newRow("gridLayout")
+        << "gridLayout"
+        << "QGridLayout"
+        << "frame" << 6 << "11,11,11,11"
+        << QStringList{spacer + " @0,2 1x1",         "horizontalLayout_2 @1,0 1x1",   spacer + " @1,2 1x1",
+                       "horizontalLayout @0,0 1x1",  "m_displayItemCountPB @0,1 1x1", "m_findDisplayItemPB @1,1 1x1",
+                       "horizontalLayout_3 @2,1 1x3"};
+    QTest::newRow("horizontalLayout_2") << "horizontalLayout_2"
+                                        << "QHBoxLayout"
+                                        << "gridLayout" << 6 << QString()
                                         << QStringList{"m_searchValueLbl_3", "m_searchValueLE", "m_searchTypeLbl_3",
                                                        "m_searchTypeCB"};
-    QTest::newRow("horizontalLayout") << "horizontalLayout" << "QHBoxLayout" << "gridLayout" << 6 << QString()
+    QTest::newRow("horizontalLayout") << "horizontalLayout"
+                                      << "QHBoxLayout"
+                                      << "gridLayout" << 6 << QString()
                                       << QStringList{"label_3", "m_displayItemCountLE"};
-    QTest::newRow("horizontalLayout_3") << "horizontalLayout_3" << "QHBoxLayout" << "gridLayout" << 6 << QString()
+    QTest::newRow("horizontalLayout_3") << "horizontalLayout_3"
+                                        << "QHBoxLayout"
+                                        << "gridLayout" << 6 << QString()
                                         << QStringList{spacer, "m_useCloneCheckBox", "m_showCloneIn3dCheckBox",
                                                        "m_propertyCompareMode"};
-    QTest::newRow("m_mainHLayout") << "m_mainHLayout" << "QHBoxLayout" << "verticalLayout" << 6 << QString()
+    QTest::newRow("m_mainHLayout") << "m_mainHLayout"
+                                   << "QHBoxLayout"
+                                   << "verticalLayout" << 6 << QString()
                                    << QStringList{"_2", "m_displayItemTreeWidget"};
-    QTest::newRow("_2") << "_2" << "QVBoxLayout" << "m_mainHLayout" << 6 << QString()
+    QTest::newRow("_2") << "_2"
+                        << "QVBoxLayout"
+                        << "m_mainHLayout" << 6 << QString()
                         << QStringList{"_3", "m_businessObjectProperties", "_4", "m_displayItemProperties"};
-    QTest::newRow("_3") << "_3" << "QHBoxLayout" << "_2" << 0 << QString() << QStringList{"label_2", spacer};
-    QTest::newRow("_4") << "_4" << "QHBoxLayout" << "_2" << 0 << QString() << QStringList{"label", spacer};
+    QTest::newRow("_3") << "_3"
+                        << "QHBoxLayout"
+                        << "_2" << 0 << QString() << QStringList{"label_2", spacer};
+    QTest::newRow("_4") << "_4"
+                        << "QHBoxLayout"
+                        << "_2" << 0 << QString() << QStringList{"label", spacer};
 }
 
 void tst_DisplayModelDialog::formLayouts()
@@ -705,26 +732,13 @@ void tst_DisplayModelDialog::geometryDuplicates_data()
 
     QTest::newRow("after the Geometry group")
         << "Geometry"
-        << QStringList{"Root",
-                       "  A #0",
-                       "    a1 #0",
-                       "  Geometry #1",
-                       "    g1 #0",
-                       "      g1a #0",
-                       "    g2 #1",
-                       "  B #2",
-                       "    b1 #0",
-                       "    g1 #1 dup",
-                       "      g1a #0 dup",
-                       "    g2 #2 dup",
-                       "  C #3",
-                       "    D #0",
-                       "      g2 #0 dup"};
+        << QStringList{"Root",      "  A #0",   "    a1 #0",      "  Geometry #1", "    g1 #0",        "      g1a #0",
+                       "    g2 #1", "  B #2",   "    b1 #0",      "    g1 #1 dup", "      g1a #0 dup", "    g2 #2 dup",
+                       "  C #3",    "    D #0", "      g2 #0 dup"};
     // Only the exact text counts.
     QTest::newRow("no group named exactly Geometry")
-        << "geometry"
-        << QStringList{"Root",     "  A #0", "    a1 #0", "  geometry #1", "    g1 #0", "      g1a #0",
-                       "    g2 #1", "  B #2", "    b1 #0", "  C #3",        "    D #0"};
+        << "geometry" << QStringList{"Root",      "  A #0", "    a1 #0", "  geometry #1", "    g1 #0", "      g1a #0",
+                                     "    g2 #1", "  B #2", "    b1 #0", "  C #3",        "    D #0"};
 }
 
 void tst_DisplayModelDialog::geometryDuplicates()
@@ -785,7 +799,7 @@ void tst_DisplayModelDialog::initialEntry_data()
 {
     QTest::addColumn<int>("kind"); // -1: no active context
     QTest::addColumn<bool>("withLookups");
-    QTest::addColumn<QString>("entry"); // name of the item the lookups give; empty: a gone item
+    QTest::addColumn<QString>("entry");                // name of the item the lookups give; empty: a gone item
     QTest::addColumn<QStringList>("expectedSelected"); // rows by their dump line
     QTest::addColumn<QString>("expectedCurrent");
     QTest::addColumn<bool>("expectedExpanded"); // of the current row
@@ -793,8 +807,8 @@ void tst_DisplayModelDialog::initialEntry_data()
 
     QTest::newRow("kind 6 expands every row of the step")
         << 6 << true << "x" << QStringList{"    x #0", "    x #1 dup"} << "    x #1 dup" << true << true;
-    QTest::newRow("kind 7 collapses the tool") << 7 << true << "P" << QStringList{"  P #1"} << "  P #1" << false
-                                               << true;
+    QTest::newRow("kind 7 collapses the tool")
+        << 7 << true << "P" << QStringList{"  P #1"} << "  P #1" << false << true;
     QTest::newRow("other kinds use the default entry")
         << 3 << true << "c" << QStringList{"    c #0"} << "    c #0" << false << true;
     // Without the lookup objects nothing is navigated to, so the top row stays as built.
@@ -886,8 +900,9 @@ void tst_DisplayModelDialog::navigateSelectsEveryRowOfTheItem()
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
     QTreeWidgetItem* first = rowAt(tree, {0, 0});
     QTreeWidgetItem* second = rowAt(tree, {1, 0});
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  Geometry #0", "    x #0", "      x1 #0", "  P #1",
-                                          "    x #0 dup", "      x1 #0 dup"}));
+    QCOMPARE(
+        dumpTree(tree),
+        (QStringList{"Root", "  Geometry #0", "    x #0", "      x1 #0", "  P #1", "    x #0 dup", "      x1 #0 dup"}));
     QVERIFY(!tree->topLevelItem(0)->isExpanded());
 
     m_dialog->navigateToInitialEntry(x, false, true);
@@ -934,8 +949,9 @@ void tst_DisplayModelDialog::addedSubtreeIsAppended()
     x->insertChild(0, std::make_shared<DisplayItem>("T"));
     x->appendChildren({std::make_shared<DisplayItem>("U"), std::make_shared<DisplayItem>("V")});
 
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  X #0", "    existing #0", "    S", "      s1 #0",
-                                          "        s11 #0", "      s2 #1", "    T", "    U", "    V"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  X #0", "    existing #0", "    S", "      s1 #0", "        s11 #0", "      s2 #1",
+                          "    T", "    U", "    V"}));
     auto* sRow = itemRowAt(tree, {0, 1});
     QVERIFY(sRow);
     QCOMPARE(sRow->getDisplayItem(), std::shared_ptr<DisplayItemInterface>(s));
@@ -967,9 +983,9 @@ void tst_DisplayModelDialog::subtreeAddedUnderDuplicateRow()
     m->addGeometryDisplayItem(listed);
     x->appendChild(m);
 
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  Geometry #0", "    x #0", "      M", "        m1 #0",
-                                          "  P #1", "    x #0 dup", "      M dup", "        m1 #0",
-                                          "        listed #1 dup", "  listed"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  Geometry #0", "    x #0", "      M", "        m1 #0", "  P #1", "    x #0 dup",
+                          "      M dup", "        m1 #0", "        listed #1 dup", "  listed"}));
 }
 
 void tst_DisplayModelDialog::removedItemLosesOnlyItsFirstRow()
@@ -984,14 +1000,15 @@ void tst_DisplayModelDialog::removedItemLosesOnlyItsFirstRow()
     g->addGeometryDisplayItem(shown);
     setModel(makeViewModel(root));
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  G #0", "    Geometry #0", "    g #1", "      g child #0",
-                                          "    g #2 dup", "      g child #0 dup", "  other #1"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  G #0", "    Geometry #0", "    g #1", "      g child #0", "    g #2 dup",
+                          "      g child #0 dup", "  other #1"}));
 
     QTreeWidgetItem* gRow = rowAt(tree, {0});
     tree->setCurrentItem(rowAt(tree, {0, 1}));
     g->removeChild(shown, false);
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  G #0", "    Geometry #0", "    g #2 dup",
-                                          "      g child #0 dup", "  other #1"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  G #0", "    Geometry #0", "    g #2 dup", "      g child #0 dup", "  other #1"}));
     QCOMPARE(shown->observerCount(), std::size_t(1)); // only the duplicate row is left
     // The removed row was current; the sibling the tree moves to is printed.
     auto* current = dynamic_cast<DisplayItemTreeWidgetItem*>(tree->currentItem());
@@ -1005,8 +1022,8 @@ void tst_DisplayModelDialog::removedItemLosesOnlyItsFirstRow()
     auto* rootRow = dynamic_cast<DisplayItemTreeWidgetItem*>(tree->topLevelItem(0));
     QVERIFY(rootRow);
     m_dialog->displayItemsRemoved(rootRow, {std::make_shared<DisplayItem>("stranger"), shown});
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  G #0", "    Geometry #0", "    g #2 dup",
-                                          "      g child #0 dup", "  other #1"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  G #0", "    Geometry #0", "    g #2 dup", "      g child #0 dup", "  other #1"}));
 
     // Several items in one event.
     root->removeChildren({g, other});
@@ -1067,8 +1084,9 @@ void tst_DisplayModelDialog::contextMenuHidesExactlyTheCollectedItems()
     auto viewModel = makeViewModel(root);
     setModel(viewModel);
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
-    QCOMPARE(dumpTree(tree), (QStringList{"Root", "  A #0", "    A1 #0", "    Geometry #1", "      g1 #0", "  Geometry #1",
-                                          "    g2 #0", "  P #2", "    g1 #0 dup", "    g2 #1 dup", "  B #3"}));
+    QCOMPARE(dumpTree(tree),
+             (QStringList{"Root", "  A #0", "    A1 #0", "    Geometry #1", "      g1 #0", "  Geometry #1", "    g2 #0",
+                          "  P #2", "    g1 #0 dup", "    g2 #1 dup", "  B #3"}));
 
     // What the host collects for A is what must turn invisible, and nothing else.
     DisplayItemList collected;
@@ -1093,8 +1111,8 @@ void tst_DisplayModelDialog::contextMenuHidesExactlyTheCollectedItems()
         QCOMPARE(row->getDisplayItem()->isVisible(), !shouldBeHidden);
         // A hidden duplicate row shows "not visible" like any other hidden row.
         const QString expected = shouldBeHidden ? QStringLiteral("not_visible")
-                                 : row->isDuplicate() ? QStringLiteral("visible_duplicate")
-                                                      : QStringLiteral("visible");
+            : row->isDuplicate()                ? QStringLiteral("visible_duplicate")
+                                                : QStringLiteral("visible");
         QCOMPARE(debugIconName(row->icon(0)), expected);
         ++checked;
     }
@@ -1314,8 +1332,8 @@ void tst_DisplayModelDialog::plainItemHasNoLabelRows()
     shell->getProperties(business, display);
     QCOMPARE(paneRows(m_dialog->m_displayItemProperties), expectedRows(display));
     QCOMPARE(paneRows(m_dialog->m_businessObjectProperties), expectedRows(business));
-    const QList<QTreeWidgetItem*> labelRows =
-        m_dialog->m_displayItemProperties->findItems(QStringLiteral("Label"), Qt::MatchStartsWith, 0);
+    const QList<QTreeWidgetItem*> labelRows
+        = m_dialog->m_displayItemProperties->findItems(QStringLiteral("Label"), Qt::MatchStartsWith, 0);
     QVERIFY(labelRows.isEmpty());
 }
 
@@ -1329,8 +1347,7 @@ void tst_DisplayModelDialog::editModelRowFillsOnlyDisplayPane()
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
 
     tree->setCurrentItem(rowAt(tree, {0}));
-    QCOMPARE(paneRows(m_dialog->m_displayItemProperties),
-             (QStringList{"start = 0 (tip: 0)", "end = 10 (tip: 10)"}));
+    QCOMPARE(paneRows(m_dialog->m_displayItemProperties), (QStringList{"start = 0 (tip: 0)", "end = 10 (tip: 10)"}));
     QCOMPARE(m_dialog->m_businessObjectProperties->topLevelItemCount(), 0);
 
     // A primitive that has gone leaves both panes empty.

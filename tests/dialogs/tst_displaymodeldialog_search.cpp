@@ -147,7 +147,7 @@ QStringList colouredRows(QTreeWidget* pane)
         else if (brush.style() == Qt::SolidPattern && brush.color() == QColor(Qt::lightGray))
             colour = QStringLiteral("grey");
         rows << row->text(0) + QStringLiteral(" = ") + row->text(1) + QStringLiteral(" [") + colour
-                    + QStringLiteral("]");
+                + QStringLiteral("]");
     }
     return rows;
 }
@@ -201,10 +201,8 @@ std::shared_ptr<DisplayItem> buildSearchTree()
  */
 std::shared_ptr<DisplayItem> buildPathTree()
 {
-    return buildTree({"root",
-                      {{"a", {{"a0"}, {"a1"}}},
-                       {"b", {{"b0"}, {"b1", {{"b10"}}}}},
-                       {"c", {{"c0"}, {"c1"}, {"c"}}}}});
+    return buildTree(
+        {"root", {{"a", {{"a0"}, {"a1"}}}, {"b", {{"b0"}, {"b1", {{"b10"}}}}}, {"c", {{"c0"}, {"c1"}, {"c"}}}}});
 }
 
 } // namespace
@@ -354,8 +352,8 @@ void tst_DisplayModelDialogSearch::findNextStepsThroughMatches_data()
     QTest::addColumn<QString>("searchValue");
     QTest::addColumn<QStringList>("expected"); // current row after each click, then it stays
 
-    const QStringList everyRow{"root",      "root/alpha",  "root/alpha/alpha1", "root/alpha/alpha2",
-                              "root/beta", "root/beta/beta1", "root/module",   "root/module/gamma"};
+    const QStringList everyRow{"root",      "root/alpha",      "root/alpha/alpha1", "root/alpha/alpha2",
+                               "root/beta", "root/beta/beta1", "root/module",       "root/module/gamma"};
 
     QTest::newRow("pointer: name and value in any case")
         << 1 << "0x1A" << QStringList{"root/alpha", "root/alpha/alpha2"};
@@ -406,11 +404,18 @@ void tst_DisplayModelDialogSearch::findNextStartsAfterTheCurrentRow_data()
     QTest::addColumn<QString>("searchValue");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("from a match to the next") << "root/alpha" << "0x1a" << "root/alpha/alpha1";
-    QTest::newRow("into a later sibling's subtree") << "root/alpha/alpha2" << "steel" << "root/beta/beta1";
-    QTest::newRow("the start row's own match is passed over") << "root/module/gamma" << "steel"
+    QTest::newRow("from a match to the next") << "root/alpha"
+                                              << "0x1a"
+                                              << "root/alpha/alpha1";
+    QTest::newRow("into a later sibling's subtree") << "root/alpha/alpha2"
+                                                    << "steel"
+                                                    << "root/beta/beta1";
+    QTest::newRow("the start row's own match is passed over") << "root/module/gamma"
+                                                              << "steel"
                                                               << "root/module/gamma";
-    QTest::newRow("matches before the start are not found") << "root/beta" << "0x1a" << "root/beta";
+    QTest::newRow("matches before the start are not found") << "root/beta"
+                                                            << "0x1a"
+                                                            << "root/beta";
 }
 
 void tst_DisplayModelDialogSearch::findNextStartsAfterTheCurrentRow()
@@ -472,8 +477,7 @@ void tst_DisplayModelDialogSearch::foundRowIsCurrentSelectedAndPrinted()
     QCOMPARE(currentRow(), QStringLiteral("root/beta/beta1"));
     QCOMPARE(tree->selectedItems(), QList<QTreeWidgetItem*>{tree->currentItem()});
     // The current-row slot printed the found item.
-    QVERIFY(paneHasRow(m_dialog->m_businessObjectProperties, QStringLiteral("material"),
-                       QStringLiteral("Steel DX54")));
+    QVERIFY(paneHasRow(m_dialog->m_businessObjectProperties, QStringLiteral("material"), QStringLiteral("Steel DX54")));
     QVERIFY(paneHasRow(m_dialog->m_displayItemProperties, QStringLiteral("display item type"),
                        QStringLiteral("DisplayItem")));
 }
@@ -641,30 +645,26 @@ void tst_DisplayModelDialogSearch::updateWithoutViewModelWritesZero()
 
 void tst_DisplayModelDialogSearch::processItem_data()
 {
-    QTest::addColumn<QString>("start");     // row the walk starts at
-    QTest::addColumn<QStringList>("path");  // "number:text", head (source row) first
-    QTest::addColumn<QString>("expected");  // row the path names; empty: nothing happens
-    QTest::addColumn<bool>("compared");     // the row was taken by position, its properties compared
+    QTest::addColumn<QString>("start");    // row the walk starts at
+    QTest::addColumn<QStringList>("path"); // "number:text", head (source row) first
+    QTest::addColumn<QString>("expected"); // row the path names; empty: nothing happens
+    QTest::addColumn<bool>("compared");    // the row was taken by position, its properties compared
 
     QTest::newRow("the top row itself") << "root" << QStringList{"0:root"} << "root" << false;
     QTest::newRow("child of the top row") << "root" << QStringList{"1:b", "0:root"} << "root/b" << false;
-    QTest::newRow("grandchild, first branch") << "root" << QStringList{"1:a1", "0:a", "0:root"} << "root/a/a1"
-                                             << false;
-    QTest::newRow("grandchild, later branch") << "root" << QStringList{"1:b1", "1:b", "0:root"} << "root/b/b1"
-                                             << false;
-    QTest::newRow("three levels down") << "root" << QStringList{"0:b10", "1:b1", "1:b", "0:root"}
-                                       << "root/b/b1/b10" << false;
-    QTest::newRow("renamed row at the same position") << "root" << QStringList{"1:b1 renamed", "1:b", "0:root"}
-                                                      << "root/b/b1" << true;
-    QTest::newRow("position wins over text") << "root" << QStringList{"0:b1", "1:b", "0:root"} << "root/b/b0"
-                                             << true;
-    QTest::newRow("a child fits the parent's pair") << "root" << QStringList{"1:zz", "2:c", "0:root"} << "root/c"
-                                                    << false;
+    QTest::newRow("grandchild, first branch") << "root" << QStringList{"1:a1", "0:a", "0:root"} << "root/a/a1" << false;
+    QTest::newRow("grandchild, later branch") << "root" << QStringList{"1:b1", "1:b", "0:root"} << "root/b/b1" << false;
+    QTest::newRow("three levels down") << "root" << QStringList{"0:b10", "1:b1", "1:b", "0:root"} << "root/b/b1/b10"
+                                       << false;
+    QTest::newRow("renamed row at the same position")
+        << "root" << QStringList{"1:b1 renamed", "1:b", "0:root"} << "root/b/b1" << true;
+    QTest::newRow("position wins over text") << "root" << QStringList{"0:b1", "1:b", "0:root"} << "root/b/b0" << true;
+    QTest::newRow("a child fits the parent's pair")
+        << "root" << QStringList{"1:zz", "2:c", "0:root"} << "root/c" << false;
     // The pair nearer the source is taken once, before the entry moves on:
     // here only the second pass over c's children reaches it.
     QTest::newRow("next pair fixed at the start") << "root/c" << QStringList{"2:c", "9:zz"} << "root/c/c" << false;
-    QTest::newRow("path that no longer fits") << "root" << QStringList{"1:x", "1:y", "0:root"} << QString()
-                                              << false;
+    QTest::newRow("path that no longer fits") << "root" << QStringList{"1:x", "1:y", "0:root"} << QString() << false;
     QTest::newRow("row without children") << "root/a/a0" << QStringList{"0:a0"} << QString() << false;
 }
 
@@ -740,14 +740,14 @@ void tst_DisplayModelDialogSearch::processItemComparesRowAtSamePosition()
     QVERIFY(Access::onlyCompareMirrored(*m_dialog));
     // Values are compared position by position; pointers never count as different.
     const QString copyAddress = QString::fromStdString(DisplayItem::addressText(copy.get()));
-    const QString copyInterface =
-        QString::fromStdString(DisplayItem::addressText(static_cast<const DisplayItemInterface*>(copy.get())));
-    QCOMPARE(colouredRows(&businessPane), (QStringList{"pointer = " + copyAddress + " [grey]",
-                                                       "material = aluminium [red]"}));
-    QCOMPARE(colouredRows(&displayPane), (QStringList{"pointer (DisplayItemInterface) = " + copyInterface + " [grey]",
-                                                      "display item type = DisplayItem [grey]",
-                                                      "colour = blue [grey]", "width = 3 [red]",
-                                                      "extra = x [red]"}));
+    const QString copyInterface
+        = QString::fromStdString(DisplayItem::addressText(static_cast<const DisplayItemInterface*>(copy.get())));
+    QCOMPARE(colouredRows(&businessPane),
+             (QStringList{"pointer = " + copyAddress + " [grey]", "material = aluminium [red]"}));
+    QCOMPARE(colouredRows(&displayPane),
+             (QStringList{"pointer (DisplayItemInterface) = " + copyInterface + " [grey]",
+                          "display item type = DisplayItem [grey]", "colour = blue [grey]", "width = 3 [red]",
+                          "extra = x [red]"}));
 }
 
 void tst_DisplayModelDialogSearch::processItemIgnoresNullRowAndForeignEntry()

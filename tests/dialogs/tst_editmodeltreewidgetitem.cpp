@@ -132,8 +132,9 @@ void tst_EditModelTreeWidgetItem::shellPrimitiveText()
 {
     auto primitive = std::make_shared<ShellPrimitive>("Die face", m_editor);
     auto* row = new EditModelTreeWidgetItem(m_tree, primitive, nullptr);
-    QCOMPARE(row->text(0), QStringLiteral("Die face [") + QString::fromStdString(primitive->getShellTypeAndNameAsString())
-                               + QStringLiteral("]"));
+    QCOMPARE(row->text(0),
+             QStringLiteral("Die face [") + QString::fromStdString(primitive->getShellTypeAndNameAsString())
+                 + QStringLiteral("]"));
     QCOMPARE(row->text(0), QStringLiteral("Die face [Tool: Upper die]"));
 }
 

@@ -33,7 +33,7 @@ int g_markerCasts = 0;
 namespace Brennvik {
 
 // Counts the casts the filter makes, then casts as the filter would.
-template <>
+template<>
 struct DisplayItemTypeCast<MarkerItem>
 {
     static std::shared_ptr<MarkerItem> cast(const std::shared_ptr<DisplayItemInterface>& item)
@@ -61,11 +61,20 @@ std::vector<std::shared_ptr<DisplayItem>> itemsOf(const QString& kinds)
     for (int i = 0; i < kinds.size(); ++i) {
         const std::string name = kinds.mid(i, 1).toStdString() + std::to_string(i);
         switch (kinds.at(i).toLatin1()) {
-        case 'M': items.push_back(std::make_shared<MarkerItem>(name)); break;
-        case 'P': items.push_back(std::make_shared<DisplayItem>(name)); break;
-        case 'S': items.push_back(std::make_shared<ShellItem>(name, "Tool", name)); break;
-        case 'L': items.push_back(std::make_shared<LabelableItem>(name, name, true)); break;
-        default: break;
+        case 'M':
+            items.push_back(std::make_shared<MarkerItem>(name));
+            break;
+        case 'P':
+            items.push_back(std::make_shared<DisplayItem>(name));
+            break;
+        case 'S':
+            items.push_back(std::make_shared<ShellItem>(name, "Tool", name));
+            break;
+        case 'L':
+            items.push_back(std::make_shared<LabelableItem>(name, name, true));
+            break;
+        default:
+            break;
         }
     }
     return items;

@@ -270,9 +270,10 @@ void tst_DisplayModel2DDialog::formStructureAndTexts()
 
     QCOMPARE(m_dialog->verticalLayout->objectName(), QStringLiteral("verticalLayout"));
     QCOMPARE(m_dialog->layout(), m_dialog->verticalLayout);
-    for (QLayout* layout : {static_cast<QLayout*>(m_dialog->verticalLayout), static_cast<QLayout*>(m_dialog->hboxLayout),
-                            static_cast<QLayout*>(m_dialog->vboxLayout), static_cast<QLayout*>(m_dialog->hboxLayout1),
-                            static_cast<QLayout*>(m_dialog->hboxLayout2)}) {
+    for (QLayout* layout :
+         {static_cast<QLayout*>(m_dialog->verticalLayout), static_cast<QLayout*>(m_dialog->hboxLayout),
+          static_cast<QLayout*>(m_dialog->vboxLayout), static_cast<QLayout*>(m_dialog->hboxLayout1),
+          static_cast<QLayout*>(m_dialog->hboxLayout2)}) {
         QCOMPARE(layout->spacing(), 6);
         QCOMPARE(layout->contentsMargins(), QMargins(11, 11, 11, 11));
     }
@@ -356,9 +357,10 @@ void tst_DisplayModel2DDialog::metaObjectAnswers()
         QCOMPARE(method.access(), QMetaMethod::Private);
         slotNames << QString(method.methodSignature());
     }
-    QCOMPARE(slotNames, (QStringList{"onDisplayItemTreeWidgetCurrentItemChanged(QTreeWidgetItem*,QTreeWidgetItem*)",
-                                 "onDisplayItemTreeWidgetItemDoubleClicked(QTreeWidgetItem*,int)",
-                                 "onUpdateListPBClicked()"}));
+    QCOMPARE(
+        slotNames,
+        (QStringList{"onDisplayItemTreeWidgetCurrentItemChanged(QTreeWidgetItem*,QTreeWidgetItem*)",
+                     "onDisplayItemTreeWidgetItemDoubleClicked(QTreeWidgetItem*,int)", "onUpdateListPBClicked()"}));
     QCOMPARE(meta->propertyCount(), meta->propertyOffset());
 
     QCOMPARE(m_dialog->qt_metacast("Brennvik::DisplayModel2DDialog"), static_cast<void*>(m_dialog));
@@ -482,8 +484,9 @@ void tst_DisplayModel2DDialog::labelsSortedByScreenPosition()
     makeDialog();
     m_dialog->setViewModel(m_host->viewModel());
     QTest::mouseClick(m_dialog->m_updateListPB, Qt::LeftButton);
-    QCOMPARE(listTexts(list()), (QStringList{"PlotLabel at (600, 50)", "PlotLabel at (110, 60)",
-                                             "PlotLabel at (120, 60)", "PlotLabel at (105, 350)"}));
+    QCOMPARE(listTexts(list()),
+             (QStringList{"PlotLabel at (600, 50)", "PlotLabel at (110, 60)", "PlotLabel at (120, 60)",
+                          "PlotLabel at (105, 350)"}));
     // The labels were reordered with their rows.
     clickListRow(1);
     QCOMPARE(treeShape(tree()), QStringLiteral("left"));
@@ -532,7 +535,8 @@ void tst_DisplayModel2DDialog::labelsNeedALiveViewModel()
     auto viewModel = std::make_shared<SceneViewModel>();
     viewModel->setView(&m_host->view());
     auto labels = std::make_shared<DisplayItem>("Labels");
-    labels->appendChild(std::make_shared<PlotLabelItem>("label", "label", nullptr, Vector<float, 3>(3.0f, -4.0f, 0.0f)));
+    labels->appendChild(
+        std::make_shared<PlotLabelItem>("label", "label", nullptr, Vector<float, 3>(3.0f, -4.0f, 0.0f)));
     viewModel->labelDisplayModel().setRootDisplayItem(labels);
     m_dialog->setViewModel(viewModel);
     QTest::mouseClick(m_dialog->m_updateListPB, Qt::LeftButton);
@@ -742,9 +746,9 @@ void tst_DisplayModel2DDialog::displayItemsModifiedPrintsOncePerListing()
 void tst_DisplayModel2DDialog::propertiesGoToTheirTreesInOrder()
 {
     auto root = std::make_shared<DisplayItem2D>("Plot");
-    auto item = std::make_shared<PropertyItem>(
-        "Punch", PropertyList{{"tool", "Punch"}, {"unit", "kN"}, {"alpha", "last"}},
-        PropertyList{{"zeta", "1"}, {"color", "#1f77b4"}});
+    auto item
+        = std::make_shared<PropertyItem>("Punch", PropertyList{{"tool", "Punch"}, {"unit", "kN"}, {"alpha", "last"}},
+                                         PropertyList{{"zeta", "1"}, {"color", "#1f77b4"}});
     root->appendChild(item);
     m_host->addPlot(QPoint(10, 10), root);
     makeDialog();
@@ -755,8 +759,7 @@ void tst_DisplayModel2DDialog::propertiesGoToTheirTreesInOrder()
     QCOMPARE(tree()->currentItem(), row);
     QCOMPARE(propertyLines(m_dialog->m_businessObjectProperties),
              (QStringList{"tool=Punch [Punch]", "unit=kN [kN]", "alpha=last [last]"}));
-    QCOMPARE(propertyLines(m_dialog->m_displayItemProperties),
-             (QStringList{"zeta=1 [1]", "color=#1f77b4 [#1f77b4]"}));
+    QCOMPARE(propertyLines(m_dialog->m_displayItemProperties), (QStringList{"zeta=1 [1]", "color=#1f77b4 [#1f77b4]"}));
 }
 
 void tst_DisplayModel2DDialog::rowWithoutPropertiesLeavesBothTreesEmpty()

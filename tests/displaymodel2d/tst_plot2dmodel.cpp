@@ -59,8 +59,8 @@ public:
     }
     void onChildRemoved(DisplayItem2D* parent, std::shared_ptr<DisplayItem2D> child) override
     {
-        events.push_back("removed " + child->getDisplayName() + " from " + parent->getDisplayName() +
-                         (child->getParent() ? " (still attached)" : ""));
+        events.push_back("removed " + child->getDisplayName() + " from " + parent->getDisplayName()
+                         + (child->getParent() ? " (still attached)" : ""));
         if (reaction)
             reaction();
     }
@@ -577,10 +577,10 @@ void tst_Plot2DModel::transformation_data()
     QTest::addColumn<QVector<float>>("world");
     QTest::addColumn<QVector<float>>("pixel");
 
-    QTest::newRow("default: y up on screen") << 1.0f << 0.0f << 0.0f << QVector<float>{12.9f, 3.7f, 5.0f}
-                                             << QVector<float>{12.9f, -3.7f, 5.0f};
-    QTest::newRow("scaled about the origin") << 2.0f << 0.0f << 0.0f << QVector<float>{1.0f, 1.0f, 0.0f}
-                                             << QVector<float>{102.0f, 48.0f, 0.0f};
+    QTest::newRow("default: y up on screen")
+        << 1.0f << 0.0f << 0.0f << QVector<float>{12.9f, 3.7f, 5.0f} << QVector<float>{12.9f, -3.7f, 5.0f};
+    QTest::newRow("scaled about the origin")
+        << 2.0f << 0.0f << 0.0f << QVector<float>{1.0f, 1.0f, 0.0f} << QVector<float>{102.0f, 48.0f, 0.0f};
     QTest::newRow("turned a quarter") << 1.0f << 90.0f << 0.0f << QVector<float>{1.0f, 0.0f, 0.0f}
                                       << QVector<float>{100.0f, 49.0f, 0.0f};
     QTest::newRow("seen from the front") << 1.0f << 0.0f << 90.0f << QVector<float>{0.0f, 1.0f, 1.0f}
@@ -601,8 +601,8 @@ void tst_Plot2DModel::transformation()
     provider.setScale(scale);
     provider.setAzimuth(azimuth);
     provider.setElevation(elevation);
-    const Vector<float, 3> result =
-        provider.transformWorldToPixelCoordinates(Vector<float, 3>(world[0], world[1], world[2]));
+    const Vector<float, 3> result
+        = provider.transformWorldToPixelCoordinates(Vector<float, 3>(world[0], world[1], world[2]));
     QVERIFY2(qAbs(result.x() - pixel[0]) < 1e-4f, qPrintable(QString::number(result.x())));
     QVERIFY2(qAbs(result.y() - pixel[1]) < 1e-4f, qPrintable(QString::number(result.y())));
     QVERIFY2(qAbs(result.z() - pixel[2]) < 1e-4f, qPrintable(QString::number(result.z())));

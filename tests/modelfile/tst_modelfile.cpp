@@ -54,8 +54,8 @@ std::shared_ptr<DisplayItemInterface> initialEntry(const SceneDisplayModel& mode
         return model.getKind6Provider() ? model.getKind6Provider()->getDisplayItemAt(model.getKind6Index()) : nullptr;
     if (kind == ContextKind::Tool)
         return model.getKind7Lookup() && model.getKind7Source()
-                   ? model.getKind7Lookup()->findDisplayItem(model.getKind7Source()->getKey())
-                   : nullptr;
+            ? model.getKind7Lookup()->findDisplayItem(model.getKind7Source()->getKey())
+            : nullptr;
     return model.getDefaultEntryOwner() ? model.getDefaultEntryOwner()->getEntryDisplayItem() : nullptr;
 }
 
@@ -370,7 +370,8 @@ void TestModelFile::writtenTextLeavesOutComputedProperties()
     QCOMPARE(file.value(QStringLiteral("format")).toString(), QStringLiteral("brennvik-display-model"));
     QCOMPARE(file.value(QStringLiteral("version")).toInt(), 1);
 
-    const QJsonObject root = file.value(QStringLiteral("displayModel")).toObject().value(QStringLiteral("root")).toObject();
+    const QJsonObject root
+        = file.value(QStringLiteral("displayModel")).toObject().value(QStringLiteral("root")).toObject();
     QSet<QString> names;
     collectPropertyNames(root, names);
     QVERIFY(names.contains(QStringLiteral("tool id")));
@@ -520,7 +521,8 @@ void TestModelFile::goneReferencesAreWrittenAsNull()
     const QByteArray json = ModelFile::toJson(*viewModel);
     QVERIFY(!json.isEmpty());
     const QJsonObject display = QJsonDocument::fromJson(json).object().value(QStringLiteral("displayModel")).toObject();
-    const QJsonArray stepIds = display.value(QStringLiteral("kind6Provider")).toObject().value(QStringLiteral("steps")).toArray();
+    const QJsonArray stepIds
+        = display.value(QStringLiteral("kind6Provider")).toObject().value(QStringLiteral("steps")).toArray();
     QCOMPARE(stepIds.size(), 2);
     QVERIFY(stepIds.at(0).isNull());
     QVERIFY(stepIds.at(1).isString());
@@ -598,14 +600,15 @@ void TestModelFile::saveRefusesWhatAFileCannotHold_data()
         for (int level = 1; level < 257; ++level)
             path += "/L" + std::to_string(level);
         QTest::newRow("too deep") << viewModel
-                                  << QString::fromStdString("the item \"" + path + "\" is nested deeper than 256 levels");
+                                  << QString::fromStdString("the item \"" + path
+                                                            + "\" is nested deeper than 256 levels");
     }
     {
         auto viewModel = std::make_shared<SceneViewModel>();
         viewModel->displayModel().setRootDisplayItem(std::make_shared<DisplayItem>(std::string(1025, 'n')));
-        QTest::newRow("name too long")
-            << viewModel
-            << QString::fromStdString("the name of \"" + std::string(1025, 'n') + "\" is longer than 1024 characters");
+        QTest::newRow("name too long") << viewModel
+                                       << QString::fromStdString("the name of \"" + std::string(1025, 'n')
+                                                                 + "\" is longer than 1024 characters");
     }
     {
         auto viewModel = std::make_shared<SceneViewModel>();
@@ -680,7 +683,8 @@ void TestModelFile::loadReportsFileProblems()
     small.maxFileSize = 1000;
     QVERIFY(!ModelFile::load(path, &error, small));
     QCOMPARE(error.toString(), path + QStringLiteral(": the file is larger than 1000 bytes"));
-    QVERIFY(!ModelFile::loadFromData(ModelFile::toJson(*buildSampleViewModel()), QStringLiteral("data"), &error, small));
+    QVERIFY(
+        !ModelFile::loadFromData(ModelFile::toJson(*buildSampleViewModel()), QStringLiteral("data"), &error, small));
     QCOMPARE(error.toString(), QStringLiteral("data: the file is larger than 1000 bytes"));
 
     // A null error pointer is fine.

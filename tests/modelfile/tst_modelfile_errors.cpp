@@ -60,10 +60,9 @@ void TestModelFileErrors::malformedInput_data()
     QTest::addColumn<int>("maxItems");
     QTest::addColumn<int>("maxListLength");
 
-    const auto row = [](const char* name, const QByteArray& json, const QString& expected, int maxItems = 0,
-                        int maxListLength = 0) {
-        QTest::newRow(name) << json << expected << maxItems << maxListLength;
-    };
+    const auto row
+        = [](const char* name, const QByteArray& json, const QString& expected, int maxItems = 0,
+             int maxListLength = 0) { QTest::newRow(name) << json << expected << maxItems << maxListLength; };
 
     // Not a JSON object at all.
     row("empty file", "", "model.json:1:1: the file is empty, expected a JSON object");
@@ -143,7 +142,8 @@ void TestModelFileErrors::malformedInput_data()
     row("unknown item kind", withRoot("{\"kind\": \"Mesh\", \"name\": \"r\"}"),
         "model.json:3:10: unknown item kind \"Mesh\", expected DisplayItem, ShellItem, GeometryModuleItem or "
         "LabelableItem");
-    row("kind not a string", withRoot("{\"kind\": 3, \"name\": \"r\"}"), "model.json:3:10: expected a string for \"kind\"");
+    row("kind not a string", withRoot("{\"kind\": 3, \"name\": \"r\"}"),
+        "model.json:3:10: expected a string for \"kind\"");
     row("shell without type", withRoot("{\"kind\": \"ShellItem\", \"name\": \"s\", \"shellName\": \"Die\"}"),
         "model.json:3:1: missing field \"shellType\"");
     row("labelable without label", withRoot("{\"kind\": \"LabelableItem\", \"name\": \"p\"}"),
@@ -151,20 +151,26 @@ void TestModelFileErrors::malformedInput_data()
     row("labels allowed not a boolean",
         withRoot("{\"kind\": \"LabelableItem\", \"name\": \"p\", \"label\": \"x\", \"labelsAllowed\": \"no\"}"),
         "model.json:3:71: expected a boolean for \"labelsAllowed\"");
-    row("unknown item field", withRoot("{\"name\": \"r\", \"visble\": false}"), "model.json:3:25: unknown field \"visble\"");
-    row("field of another kind", withRoot("{\"name\": \"r\", \"label\": \"x\"}"), "model.json:3:24: unknown field \"label\"");
+    row("unknown item field", withRoot("{\"name\": \"r\", \"visble\": false}"),
+        "model.json:3:25: unknown field \"visble\"");
+    row("field of another kind", withRoot("{\"name\": \"r\", \"label\": \"x\"}"),
+        "model.json:3:24: unknown field \"label\"");
 
     // Ids and references.
-    row("duplicate id", withRoot("{\"name\": \"r\", \"id\": \"a\", \"children\": [\n  {\"name\": \"c\", \"id\": \"a\"}]}"),
+    row("duplicate id",
+        withRoot("{\"name\": \"r\", \"id\": \"a\", \"children\": [\n  {\"name\": \"c\", \"id\": \"a\"}]}"),
         "model.json:4:23: duplicate item id \"a\" (first used at line 3, column 21)");
     row("empty id", withRoot("{\"name\": \"r\", \"id\": \"\"}"), "model.json:3:21: an item id must not be empty");
     row("id not a string", withRoot("{\"name\": \"r\", \"id\": 7}"), "model.json:3:21: expected a string for \"id\"");
-    row("dangling geometry item", withRoot("{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [\"x\"]}"),
+    row("dangling geometry item",
+        withRoot("{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [\"x\"]}"),
         "model.json:3:63: unknown item id \"x\" in \"geometryItems\"[0]");
-    row("null geometry item", withRoot("{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [null]}"),
+    row("null geometry item",
+        withRoot("{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [null]}"),
         "model.json:3:63: expected an item id (a string) for \"geometryItems\"[0]");
     row("geometry item listed twice",
-        withRoot("{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [\"m\", \"m\"], \"id\": \"m\"}"),
+        withRoot(
+            "{\"kind\": \"GeometryModuleItem\", \"name\": \"m\", \"geometryItems\": [\"m\", \"m\"], \"id\": \"m\"}"),
         "model.json:3:68: the item id \"m\" is listed twice in \"geometryItems\"");
     row("dangling step", withModelMembers("\"kind6Provider\": {\"steps\": [null, \"q\"]}"),
         "model.json:3:35: unknown item id \"q\" in \"steps\"[1]");
@@ -219,7 +225,8 @@ void TestModelFileErrors::malformedInput_data()
             "model.json:13:1: more than 10 items", 10);
     }
     row("too many properties",
-        withRoot("{\"name\": \"r\", \"businessProperties\": [[\"a\", \"1\"], [\"b\", \"2\"], [\"c\", \"3\"], [\"d\", \"4\"]]}"),
+        withRoot("{\"name\": \"r\", \"businessProperties\": [[\"a\", \"1\"], [\"b\", \"2\"], [\"c\", \"3\"], [\"d\", "
+                 "\"4\"]]}"),
         "model.json:3:37: \"businessProperties\" has more than 3 entries", 0, 3);
 }
 

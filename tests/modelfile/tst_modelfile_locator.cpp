@@ -56,16 +56,20 @@ void TestModelFileLocator::pathText_data()
     QTest::addColumn<QString>("description");
     QTest::addColumn<QString>("pointer");
 
-    QTest::newRow("top level") << JsonPath() << "the top level" << "";
-    QTest::newRow("key") << path({key("name")}) << "\"name\"" << "/name";
+    QTest::newRow("top level") << JsonPath() << "the top level"
+                               << "";
+    QTest::newRow("key") << path({key("name")}) << "\"name\""
+                         << "/name";
     QTest::newRow("nested key") << path({key("displayModel"), key("root"), key("visible")}) << "\"visible\""
                                 << "/displayModel/root/visible";
     QTest::newRow("index after key") << path({key("root"), key("children"), 2}) << "\"children\"[2]"
                                      << "/root/children/2";
     QTest::newRow("two indexes") << path({key("businessProperties"), 0, 1}) << "\"businessProperties\"[0][1]"
                                  << "/businessProperties/0/1";
-    QTest::newRow("index at the top") << path({3, 1}) << "the top level[3][1]" << "/3/1";
-    QTest::newRow("escaped pointer") << path({key("a/b~c")}) << "\"a/b~c\"" << "/a~1b~0c";
+    QTest::newRow("index at the top") << path({3, 1}) << "the top level[3][1]"
+                                      << "/3/1";
+    QTest::newRow("escaped pointer") << path({key("a/b~c")}) << "\"a/b~c\""
+                                     << "/a~1b~0c";
 }
 
 void TestModelFileLocator::pathText()
@@ -119,14 +123,14 @@ void TestModelFileLocator::valueOffset_data()
     QTest::newRow("key on an array") << doc << path({key("b"), key("c"), key("x")}) << -1;
     QTest::newRow("index on an object") << doc << path({key("b"), 0}) << -1;
     QTest::newRow("negative index") << doc << path({key("b"), key("c"), -1}) << -1;
-    QTest::newRow("whitespace and lines") << QByteArray("\n  {\n  \"k\"  :\n\t[ 1 ,\n 2 ]\n}\n")
-                                          << path({key("k"), 1}) << 22;
+    QTest::newRow("whitespace and lines")
+        << QByteArray("\n  {\n  \"k\"  :\n\t[ 1 ,\n 2 ]\n}\n") << path({key("k"), 1}) << 22;
     QTest::newRow("escaped key") << QByteArray(R"({"x\"y": 1, "\u0041b\/": 2})") << path({key("Ab/")}) << 25;
     QTest::newRow("quote escape in key") << QByteArray(R"({"x\"y": 1})") << path({key("x\"y")}) << 9;
     QTest::newRow("unknown escape taken literally") << QByteArray(R"({"\q": 1, "b": 2})") << path({key("q")}) << 7;
     QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF{\"a\": 5}") << path({key("a")}) << 9;
-    QTest::newRow("multi-byte text before") << QByteArray("{\"\xC3\xA4\": \"\xE2\x82\xAC\", \"b\": 1}")
-                                            << path({key("b")}) << 19;
+    QTest::newRow("multi-byte text before")
+        << QByteArray("{\"\xC3\xA4\": \"\xE2\x82\xAC\", \"b\": 1}") << path({key("b")}) << 19;
     QTest::newRow("cut short") << QByteArray(R"({"a": [1, 2)") << path({key("a"), 1}) << 10;
     QTest::newRow("cut short before") << QByteArray(R"({"a": [1, )") << path({key("a"), 1}) << -1;
 }

@@ -81,10 +81,10 @@ void TestDisplayItem::eventsAreRaisedInsideTheCall_data()
                                          << "root(a,b)";
     QTest::newRow("setDisplayProperty") << "setDisplayProperty" << T::PropertiesChanged << QStringList{"root"}
                                         << "root(a,b)";
-    QTest::newRow("notifyPropertiesChanged") << "notifyPropertiesChanged" << T::PropertiesChanged
-                                             << QStringList{"root"} << "root(a,b)";
-    QTest::newRow("notifyVisualPropertiesChanged") << "notifyVisualPropertiesChanged" << T::VisualPropertiesChanged
-                                                   << QStringList{"root"} << "root(a,b)";
+    QTest::newRow("notifyPropertiesChanged")
+        << "notifyPropertiesChanged" << T::PropertiesChanged << QStringList{"root"} << "root(a,b)";
+    QTest::newRow("notifyVisualPropertiesChanged")
+        << "notifyVisualPropertiesChanged" << T::VisualPropertiesChanged << QStringList{"root"} << "root(a,b)";
 }
 
 void TestDisplayItem::eventsAreRaisedInsideTheCall()

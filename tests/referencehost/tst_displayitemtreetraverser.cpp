@@ -63,8 +63,8 @@ void TestDisplayItemTreeTraverser::order_data()
                                  << QStringList{"root", "a", "a2", "b"};
     QTest::newRow("hidden inner item") << "hidden inner item" << QStringList{"root", "a", "a1", "a2", "b", "b1"}
                                        << QStringList{"root", "b", "b1"};
-    QTest::newRow("visible below hidden") << "visible below hidden" << QStringList{"root", "a", "a1", "a11", "b"}
-                                          << QStringList{"root", "b"};
+    QTest::newRow("visible below hidden")
+        << "visible below hidden" << QStringList{"root", "a", "a1", "a11", "b"} << QStringList{"root", "b"};
     QTest::newRow("hidden root") << "hidden root" << QStringList{"root", "a", "b"} << QStringList{};
     QTest::newRow("deep chain") << "deep" << QStringList{"deep", "1", "2", "3", "4"}
                                 << QStringList{"deep", "1", "2", "3", "4"};

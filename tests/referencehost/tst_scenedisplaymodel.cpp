@@ -68,8 +68,8 @@ void TestSceneDisplayModel::emptyModel()
 
 void TestSceneDisplayModel::updateCounters_data()
 {
-    QTest::addColumn<QList<int>>("kinds");       // -1: a visibility update
-    QTest::addColumn<QList<int>>("perKind");     // counts of kinds 0, 1, 2
+    QTest::addColumn<QList<int>>("kinds");   // -1: a visibility update
+    QTest::addColumn<QList<int>>("perKind"); // counts of kinds 0, 1, 2
     QTest::addColumn<int>("visibility");
 
     QTest::newRow("none") << QList<int>{} << QList<int>{0, 0, 0} << 0;
@@ -207,8 +207,7 @@ void TestSceneDisplayModel::entryLookups()
     steps->appendStep(root->childAt(1));
     model.setKind6Provider(steps);
     model.setKind6Index(1);
-    QCOMPARE(model.getKind6Provider()->getDisplayItemAt(model.getKind6Index())->getDisplayName(),
-             std::string("OP20"));
+    QCOMPARE(model.getKind6Provider()->getDisplayItemAt(model.getKind6Index())->getDisplayName(), std::string("OP20"));
 
     model.setKind7Source(std::make_shared<ToolKeySource>("Blank"));
     model.setKind7Lookup(std::make_shared<ToolKeyLookup>(root, std::string()));
@@ -256,11 +255,21 @@ void TestSceneDisplayModel::toolKeyLookup_data()
     QTest::addColumn<QString>("keyProperty");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("by property") << "tool id" << "OP10-PU" << "Punch";
-    QTest::newRow("first match in pre-order") << "tool id" << "OP10-UD" << "Upper die";
-    QTest::newRow("by property, no match") << "tool id" << "Punch" << "";
-    QTest::newRow("by name") << "" << "Punch" << "Punch";
-    QTest::newRow("by name, no match") << "" << "OP10-PU" << "";
+    QTest::newRow("by property") << "tool id"
+                                 << "OP10-PU"
+                                 << "Punch";
+    QTest::newRow("first match in pre-order") << "tool id"
+                                              << "OP10-UD"
+                                              << "Upper die";
+    QTest::newRow("by property, no match") << "tool id"
+                                           << "Punch"
+                                           << "";
+    QTest::newRow("by name") << ""
+                             << "Punch"
+                             << "Punch";
+    QTest::newRow("by name, no match") << ""
+                                       << "OP10-PU"
+                                       << "";
 }
 
 void TestSceneDisplayModel::toolKeyLookup()

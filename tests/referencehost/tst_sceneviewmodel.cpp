@@ -234,9 +234,9 @@ void TestSceneViewModel::defaultCloneIsDeepAndEqual()
 {
     QFETCH(QString, model);
     QFETCH(bool, shareGeometry);
-    const auto viewModel = model == "sample"  ? buildSampleViewModel()
-                           : model == "types" ? buildDefectViewModel()
-                                              : buildSyntheticViewModel(2000, 11);
+    const auto viewModel = model == "sample" ? buildSampleViewModel()
+        : model == "types"                   ? buildDefectViewModel()
+                                             : buildSyntheticViewModel(2000, 11);
     const auto clone = viewModel->cloneViewModel(shareGeometry);
     QVERIFY(clone);
 
@@ -511,15 +511,33 @@ void TestSceneViewModel::unappliedDefectsAreReported_data()
     QTest::addColumn<QString>("value");
 
     using K = CloneDefect::Kind;
-    QTest::newRow("unknown target") << K::FlipVisibility << "Nowhere" << "" << "";
-    QTest::newRow("drop the root") << K::DropChild << "root" << "" << "";
-    QTest::newRow("share the root") << K::ShareChild << "root" << "" << "";
-    QTest::newRow("no display property") << K::ChangePropertyValue << "Geometry" << "" << "";
-    QTest::newRow("unknown property") << K::ChangePropertyValue << "Leaf 1" << "missing" << "";
-    QTest::newRow("same value") << K::ChangePropertyValue << "Leaf 1" << "color" << "red";
-    QTest::newRow("only in the label model") << K::FlipVisibility << "Plot label" << "" << "";
-    QTest::newRow("repeat the root") << K::RepeatChild << "root" << "" << "";
-    QTest::newRow("geometry entry of a plain item") << K::DropGeometryEntry << "Group" << "" << "";
+    QTest::newRow("unknown target") << K::FlipVisibility << "Nowhere"
+                                    << ""
+                                    << "";
+    QTest::newRow("drop the root") << K::DropChild << "root"
+                                   << ""
+                                   << "";
+    QTest::newRow("share the root") << K::ShareChild << "root"
+                                    << ""
+                                    << "";
+    QTest::newRow("no display property") << K::ChangePropertyValue << "Geometry"
+                                         << ""
+                                         << "";
+    QTest::newRow("unknown property") << K::ChangePropertyValue << "Leaf 1"
+                                      << "missing"
+                                      << "";
+    QTest::newRow("same value") << K::ChangePropertyValue << "Leaf 1"
+                                << "color"
+                                << "red";
+    QTest::newRow("only in the label model") << K::FlipVisibility << "Plot label"
+                                             << ""
+                                             << "";
+    QTest::newRow("repeat the root") << K::RepeatChild << "root"
+                                     << ""
+                                     << "";
+    QTest::newRow("geometry entry of a plain item") << K::DropGeometryEntry << "Group"
+                                                    << ""
+                                                    << "";
 }
 
 void TestSceneViewModel::unappliedDefectsAreReported()

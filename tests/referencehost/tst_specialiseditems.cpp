@@ -57,8 +57,8 @@ void TestSpecialisedItems::typeProperties_data()
 
     QTest::newRow("DisplayItem") << "DisplayItem" << QStringList{"display item type=DisplayItem", "color=red"};
     QTest::newRow("ShellItem") << "ShellItem"
-                               << QStringList{"display item type=ShellItem", "shell type=Tool",
-                                              "shell name=Upper die", "color=red"};
+                               << QStringList{"display item type=ShellItem", "shell type=Tool", "shell name=Upper die",
+                                              "color=red"};
     QTest::newRow("GeometryModuleItem") << "GeometryModuleItem"
                                         << QStringList{"display item type=GeometryModuleItem", "geometry items=0",
                                                        "color=red"};

@@ -133,7 +133,8 @@ QString textOf(QWidget& root, const QString& objectName, const QString& part)
     if (kind == QLatin1String("item"))
         if (auto* combo = qobject_cast<QComboBox*>(object))
             return index < combo->count() ? combo->itemText(index) : QStringLiteral("<no entry>");
-    return QStringLiteral("<no %1 on %2 (%3)>").arg(part, objectName, QString::fromLatin1(object->metaObject()->className()));
+    return QStringLiteral("<no %1 on %2 (%3)>")
+        .arg(part, objectName, QString::fromLatin1(object->metaObject()->className()));
 }
 
 void addTextColumns()
@@ -207,8 +208,8 @@ void tst_Translations::embeddedTranslationMatchesSource()
     for (const TsMessage& message : qAsConst(m_messages)) {
         if (message.type == QLatin1String("obsolete") || message.type == QLatin1String("vanished"))
             continue;
-        const QString embedded =
-            m_german.translate(message.context.toUtf8().constData(), message.source.toUtf8().constData());
+        const QString embedded
+            = m_german.translate(message.context.toUtf8().constData(), message.source.toUtf8().constData());
         QVERIFY2(embedded == message.translation,
                  qPrintable(QStringLiteral("%1 / %2: .qm has '%3', .ts has '%4'")
                                 .arg(message.context, message.source, embedded, message.translation)));
@@ -223,8 +224,9 @@ void tst_Translations::translationSourceHasNoUnfinishedMessage()
     QStringList open;
     for (const TsMessage& message : qAsConst(m_messages)) {
         if (!message.type.isEmpty() || message.translation.isEmpty())
-            open << QStringLiteral("%1 / %2 (%3)").arg(message.context, message.source,
-                                                       message.type.isEmpty() ? QStringLiteral("empty") : message.type);
+            open << QStringLiteral("%1 / %2 (%3)")
+                        .arg(message.context, message.source,
+                             message.type.isEmpty() ? QStringLiteral("empty") : message.type);
     }
     QVERIFY2(open.isEmpty(), qPrintable(open.join(QLatin1String("; "))));
 }
@@ -234,9 +236,9 @@ void tst_Translations::translationSourceCoversTheLibraryContexts()
     QSet<QString> contexts;
     for (const TsMessage& message : qAsConst(m_messages))
         contexts.insert(message.context);
-    for (const char* context : {"DisplayModelDialogClass", "DebugCloneDisplayModelDialogClass",
-                                "DisplayModel2DDialogClass", "Brennvik::DisplayItemTreeWidget",
-                                "Brennvik::DisplayModel2DDialog"})
+    for (const char* context :
+         {"DisplayModelDialogClass", "DebugCloneDisplayModelDialogClass", "DisplayModel2DDialogClass",
+          "Brennvik::DisplayItemTreeWidget", "Brennvik::DisplayModel2DDialog"})
         QVERIFY2(contexts.contains(QString::fromLatin1(context)), context);
 }
 

@@ -30,7 +30,8 @@ const QStringList ItemEntries{SelectEntry, DeleteEntry, InvisibleEntry, VisibleE
 
 // Rows for an item and its subtree, without a dialog: the rows follow their
 // items' icons, while the tree's structure stays as built.
-DisplayItemTreeWidgetItem* addRows(QTreeWidget* tree, QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item)
+DisplayItemTreeWidgetItem* addRows(QTreeWidget* tree, QTreeWidgetItem* parentRow,
+                                   const std::shared_ptr<DisplayItemInterface>& item)
 {
     auto* row = parentRow ? new DisplayItemTreeWidgetItem(parentRow, item, nullptr, false)
                           : new DisplayItemTreeWidgetItem(tree, item, nullptr, false);
@@ -106,8 +107,8 @@ private slots:
 private:
     void buildModel();
 
-    DisplayItemTreeWidget* m_tree = nullptr;        // with display item actions
-    DisplayItemTreeWidget* m_plainTree = nullptr;   // without
+    DisplayItemTreeWidget* m_tree = nullptr;      // with display item actions
+    DisplayItemTreeWidget* m_plainTree = nullptr; // without
     std::unique_ptr<SceneDisplayModel> m_model;
     std::shared_ptr<DisplayItem> m_root;
 };
@@ -189,7 +190,8 @@ void tst_DisplayItemTreeWidget::actions_data()
     QTest::addColumn<QString>("statusTip");
     QTest::newRow("select") << SelectEntry << QStringLiteral("Select or deselect the display item");
     QTest::newRow("delete") << DeleteEntry << QStringLiteral("Delete a display item");
-    QTest::newRow("invisible") << InvisibleEntry << QStringLiteral("Make recursively all items in the subtree invisible");
+    QTest::newRow("invisible") << InvisibleEntry
+                               << QStringLiteral("Make recursively all items in the subtree invisible");
     QTest::newRow("visible") << VisibleEntry << QStringLiteral("Make recursively all items in the subtree visible");
 }
 
@@ -226,8 +228,10 @@ void tst_DisplayItemTreeWidget::contextMenuEntries_data()
     QTest::addColumn<QStringList>("expected");
     QTest::newRow("root: no delete") << "Root" << QStringList{SelectEntry, InvisibleEntry, VisibleEntry};
     QTest::newRow("child: all four") << "Punch" << QStringList{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
-    QTest::newRow("leaf: all four") << "Punch radius" << QStringList{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
-    QTest::newRow("selection not allowed: no select") << "Upper die" << QStringList{DeleteEntry, InvisibleEntry, VisibleEntry};
+    QTest::newRow("leaf: all four") << "Punch radius"
+                                    << QStringList{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
+    QTest::newRow("selection not allowed: no select")
+        << "Upper die" << QStringList{DeleteEntry, InvisibleEntry, VisibleEntry};
 }
 
 void tst_DisplayItemTreeWidget::contextMenuEntries()
@@ -366,7 +370,8 @@ void tst_DisplayItemTreeWidget::subtreeEntries()
     {
         QTreeWidgetItemIterator it(m_tree);
         for (; *it; ++it) {
-            auto item = std::dynamic_pointer_cast<DisplayItem>(static_cast<DisplayItemTreeWidgetItem*>(*it)->getDisplayItem());
+            auto item = std::dynamic_pointer_cast<DisplayItem>(
+                static_cast<DisplayItemTreeWidgetItem*>(*it)->getDisplayItem());
             notificationsBefore[item->getDisplayName()] = item->visualNotificationCount();
         }
     }

@@ -52,8 +52,7 @@ DisplayItemTreeWidgetItem* rowAt(QTreeWidgetItem* parent, int index)
 }
 
 // Takes the row of \a item and checks it is the row that was at \a expectedPosition.
-void takeAndCheck(DisplayItemTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItem>& item,
-                  int expectedPosition)
+void takeAndCheck(DisplayItemTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItem>& item, int expectedPosition)
 {
     const int before = parentRow->childCount();
     QTreeWidgetItem* expected = parentRow->child(expectedPosition);
@@ -201,7 +200,7 @@ void tst_DisplayItemTreeWidgetItemChildren::rowsTakenElsewhereAreNotReturned()
 void tst_DisplayItemTreeWidgetItemChildren::rowOfGoneItemNeverMatches()
 {
     Wide wide = makeWide(m_tree.get(), 1000);
-    takeAndCheck(wide.parentRow, wide.items[0], 0); // builds the index
+    takeAndCheck(wide.parentRow, wide.items[0], 0);                 // builds the index
     DisplayItemTreeWidgetItem* goneRow = rowAt(wide.parentRow, 41); // item 42
     wide.items[42].reset();
     QVERIFY(!goneRow->getDisplayItem());

@@ -91,10 +91,7 @@ protected:
         return TreeViewContextMenu::actionText(builtInAction);
     }
 
-    QString actionToolTip(int builtInAction) override
-    {
-        return QStringLiteral("tip %1").arg(builtInAction);
-    }
+    QString actionToolTip(int builtInAction) override { return QStringLiteral("tip %1").arg(builtInAction); }
 
     void adjustMenu() override
     {
@@ -209,8 +206,7 @@ void TestTreeViewContextMenu::entriesInOrderAndCallerActionFires()
     const Visit visit = openAndAct(menu, &m_notChosen, choose(entry));
 
     QVERIFY(visit.opened);
-    QCOMPARE(visit.entries,
-             QStringList({"First", "Second", "-", ExpandText, CollapseText, CopyText, "-", "Trailing"}));
+    QCOMPARE(visit.entries, QStringList({"First", "Second", "-", ExpandText, CollapseText, CopyText, "-", "Trailing"}));
     QCOMPARE(visit.result, expectedResult);
     QCOMPARE(visit.chosen->text(), entry);
     QCOMPARE(firstSpy.count(), entry == "First" ? 1 : 0);
@@ -236,15 +232,17 @@ void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard_data()
     QTest::addColumn<QString>("row");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("root with nested children")
-        << "Root"
-        << "Root\tr1\tr2\n"
-           "  Child A\ta1\t\n"
-           "    Grand A1\tg1\tg2\n"
-           "  Child B\tb1\tb2";
-    QTest::newRow("top-level row") << "Other" << "Other\to1\to2\n  Other child\toc1\toc2";
-    QTest::newRow("inner row") << "Child A" << "Child A\ta1\t\n  Grand A1\tg1\tg2";
-    QTest::newRow("leaf") << "Grand A1" << "Grand A1\tg1\tg2";
+    QTest::newRow("root with nested children") << "Root"
+                                               << "Root\tr1\tr2\n"
+                                                  "  Child A\ta1\t\n"
+                                                  "    Grand A1\tg1\tg2\n"
+                                                  "  Child B\tb1\tb2";
+    QTest::newRow("top-level row") << "Other"
+                                   << "Other\to1\to2\n  Other child\toc1\toc2";
+    QTest::newRow("inner row") << "Child A"
+                               << "Child A\ta1\t\n  Grand A1\tg1\tg2";
+    QTest::newRow("leaf") << "Grand A1"
+                          << "Grand A1\tg1\tg2";
 }
 
 void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard()
@@ -309,7 +307,8 @@ void TestTreeViewContextMenu::dismissingChoosesNothing()
     QSignalSpy spy(&callerAction, &QAction::triggered);
     TreeViewContextMenu menu(m_tree, pointOn("Root"));
     menu.appendAction(&callerAction, true);
-    const Visit visit = openAndAct(menu, &m_notChosen, byEscape ? pressEscape() : [](QMenu* popup) { popup->close(); });
+    const Visit visit = openAndAct(
+        menu, &m_notChosen, byEscape ? pressEscape() : [](QMenu* popup) { popup->close(); });
 
     QVERIFY(visit.opened);
     QCOMPARE(visit.result, -1);

@@ -26,8 +26,8 @@ public:
 const QVector<QPair<int, QString>>& shape()
 {
     static const QVector<QPair<int, QString>> lines = {
-        {0, "A"}, {1, "A1"}, {2, "A1a"}, {2, "A1b"}, {1, "A2"}, {0, "B"},   {0, "C"},
-        {1, "C1"}, {2, "C1a"}, {3, "C1a-i"}, {1, "C2"}, {1, "C3"}, {0, "D"},
+        {0, "A"},  {1, "A1"},  {2, "A1a"},   {2, "A1b"}, {1, "A2"}, {0, "B"}, {0, "C"},
+        {1, "C1"}, {2, "C1a"}, {3, "C1a-i"}, {1, "C2"},  {1, "C3"}, {0, "D"},
     };
     return lines;
 }
@@ -38,7 +38,8 @@ void fillStandardModel(QStandardItemModel& model, const QString& prefix = QStrin
     QVector<QStandardItem*> parents;
     for (const auto& line : shape()) {
         parents.resize(line.first);
-        QList<QStandardItem*> row{new QStandardItem(prefix + line.second), new QStandardItem("value of " + line.second)};
+        QList<QStandardItem*> row{new QStandardItem(prefix + line.second),
+                                  new QStandardItem("value of " + line.second)};
         if (parents.isEmpty())
             model.appendRow(row);
         else
@@ -196,14 +197,22 @@ void TestTreeViewIndex::exactPositions_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("position");
 
-    QTest::newRow("first row") << "0" << "A" << 0;
-    QTest::newRow("first child") << "0/0" << "A1" << 1;
-    QTest::newRow("grandchild") << "0/0/1" << "A1b" << 3;
-    QTest::newRow("after a subtree") << "0/1" << "A2" << 4;
-    QTest::newRow("leaf top-level row") << "1" << "B" << 5;
-    QTest::newRow("deepest row") << "2/0/0/0" << "C1a-i" << 9;
-    QTest::newRow("after the deepest") << "2/1" << "C2" << 10;
-    QTest::newRow("last row") << "3" << "D" << 12;
+    QTest::newRow("first row") << "0"
+                               << "A" << 0;
+    QTest::newRow("first child") << "0/0"
+                                 << "A1" << 1;
+    QTest::newRow("grandchild") << "0/0/1"
+                                << "A1b" << 3;
+    QTest::newRow("after a subtree") << "0/1"
+                                     << "A2" << 4;
+    QTest::newRow("leaf top-level row") << "1"
+                                        << "B" << 5;
+    QTest::newRow("deepest row") << "2/0/0/0"
+                                 << "C1a-i" << 9;
+    QTest::newRow("after the deepest") << "2/1"
+                                       << "C2" << 10;
+    QTest::newRow("last row") << "3"
+                              << "D" << 12;
 }
 
 void TestTreeViewIndex::exactPositions()
