@@ -2,6 +2,8 @@
 # headers and a CMake package, so that a host finds them with
 #   find_package(BrennvikDebugMenu REQUIRED)
 #   target_link_libraries(app PRIVATE Brennvik::DebugMenuContent)
+# and, unless BRENNVIK_INSTALL_CONFORMANCE_KIT is off, the conformance kit a
+# host links into a test program of its own (Brennvik::ConformanceKit).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -57,3 +59,24 @@ install(FILES
     ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfig.cmake
     ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
     DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
+
+# The conformance kit: checks a host runs against its own implementation of
+# the contract. A host needs it most when it builds this project without our
+# tests, so it is built here rather than only with them; the tests reuse the
+# target. It has an export set of its own, loaded only when it was installed.
+option(BRENNVIK_INSTALL_CONFORMANCE_KIT "Build and install the host-contract conformance kit (needs Qt5 Test)" ON)
+if(BRENNVIK_INSTALL_CONFORMANCE_KIT)
+    find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+    if(NOT TARGET brennvik_conformancekit)
+        add_subdirectory(${PROJECT_SOURCE_DIR}/tests/conformance/kit ${PROJECT_BINARY_DIR}/conformancekit)
+    endif()
+    install(TARGETS brennvik_conformancekit
+        EXPORT BrennvikConformanceKitTargets
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        INCLUDES DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR})
+    install(FILES ${BRENNVIK_CONFORMANCEKIT_PUBLIC_HEADERS}
+        DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/conformancekit)
+    install(EXPORT BrennvikConformanceKitTargets
+        NAMESPACE Brennvik::
+        DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
+endif()

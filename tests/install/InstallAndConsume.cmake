@@ -55,7 +55,9 @@ foreach(expected
         include/brennvik/debugmenucontent/displaymodeldialog/DisplayModelDialog.h
         include/brennvik/debugmenucontent/displaymodeldialog/ui_DisplayModelDialog.h
         include/brennvik/debugmenucontent/DebugMenuContentExport.h
-        include/brennvik/hostcontract/DisplayItemInterface.h)
+        include/brennvik/hostcontract/DisplayItemInterface.h
+        include/brennvik/conformancekit/ConformanceHost.h
+        include/brennvik/conformancekit/ConformanceTest.h)
     if(NOT EXISTS ${prefix}/${expected})
         message(FATAL_ERROR "Not installed: ${expected}")
     endif()
@@ -74,4 +76,12 @@ run(${consumerBuild}/brennvik-consumer)
 message(STATUS "consumer: ${last_output}")
 if(NOT last_output MATCHES "top row: Forming simulation")
     message(FATAL_ERROR "The consumer did not show the model: ${last_output}")
+endif()
+
+# The conformance kit, linked by the host's own test program, passes with the
+# implementation that stands in for the host's.
+run(${consumerBuild}/brennvik-consumer-conformance)
+message(STATUS "conformance: ${last_output}")
+if(NOT last_output MATCHES "Totals: [0-9]+ passed, 0 failed")
+    message(FATAL_ERROR "The conformance kit did not pass: ${last_output}")
 endif()

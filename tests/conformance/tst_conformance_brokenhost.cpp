@@ -1,0 +1,206 @@
+// The conformance kit against hosts that are wrong on purpose: the checks
+// that concern the defect must fail with a message that names it, and the
+// others must pass.
+#include "CarelessHost.h"
+#include "DeferredEventsHost.h"
+#include "ShallowCloneHost.h"
+
+#include <conformancekit/ConformanceChecks.h>
+
+#include <QtTest>
+
+using namespace Brennvik;
+using namespace Brennvik::Conformance;
+
+namespace {
+
+const QString Deferred = QStringLiteral(" — events must be delivered synchronously");
+const QString ArrivedLater = QStringLiteral("; it arrived 1 time later from the event loop");
+const QString NoEventInside = QStringLiteral("no event arrived inside the call that caused it");
+
+struct Expectation
+{
+    QString check;
+    /// How many messages the check gives; 0: it passes.
+    int failureCount;
+    /// Text each of them must contain, in the order of the messages.
+    QStringList fragments;
+};
+
+QVector<Expectation> deferredEventsExpectations()
+{
+    return {
+        {"sync/add-child",
+         1,
+         {"add child: observer was notified 0 times inside appendChild (expected 1 synchronous "
+          "onDisplayItemsAddedEvent "
+          "on the parent's observers before the call returns)"
+          + ArrivedLater + Deferred}},
+        {"sync/remove-child",
+         1,
+         {"remove child: observer was notified 0 times inside removeChild (expected 1 synchronous "
+          "onDisplayItemsRemovedEvent on the parent's observers before the call returns)"
+          + ArrivedLater + Deferred}},
+        {"sync/visibility",
+         2,
+         {"visibility change to false: observer was notified 0 times inside setVisibility (setVisible + "
+          "notifyVisualPropertiesChanged) (expected 1 synchronous onVisualPropertiesChangedEvent before the call "
+          "returns)"
+              + ArrivedLater + Deferred,
+          "visibility change to true: observer was notified 0 times inside setVisibility"}},
+        {"sync/selection",
+         2,
+         {"selection change to true: observer was notified 0 times inside setSelection (setSelected + "
+          "notifyVisualPropertiesChanged)",
+          "selection change to false: observer was notified 0 times inside setSelection"}},
+        {"sync/property-change",
+         1,
+         {"property change: observer was notified 0 times inside setProperty (expected 1 synchronous "
+          "onPropertiesChangedEvent before the call returns)"
+          + ArrivedLater + Deferred}},
+        {"reentrancy/unregister-self", 1, {"observer unregistering itself: " + NoEventInside}},
+        {"reentrancy/unregister-other", 1, {"observer unregistering another: " + NoEventInside}},
+        {"reentrancy/destroy-other", 1, {"observer destroyed during an event: " + NoEventInside}},
+        {"reentrancy/register-during-event", 1, {"observer registered during an event: " + NoEventInside}},
+        {"empty-references", 0, {}},
+        {"out-parameters/collect-subtree", 0, {}},
+        {"out-parameters/get-properties", 0, {}},
+        {"clone/deep", 0, {}},
+        {"widgetkit/dfs-index", 0, {}},
+        {"2d/sync-visibility",
+         2,
+         {"2D visibility change to NotVisible: observer was notified 0 times inside setVisibility (expected 1 "
+          "synchronous "
+          "onDisplayItemModified before the call returns)"
+              + ArrivedLater + Deferred,
+          "2D visibility change to Visible: observer was notified 0 times inside setVisibility"}},
+        {"2d/sync-structure", 0, {}},
+        {"2d/reentrancy", 0, {}},
+    };
+}
+
+QVector<Expectation> shallowCloneExpectations()
+{
+    QVector<Expectation> expectations;
+    for (const CheckInfo& info : checkList())
+        expectations.push_back({info.name, 0, {}});
+    for (Expectation& expectation : expectations) {
+        if (expectation.check == QLatin1String("clone/deep")) {
+            // One message per shared item, in pre-order.
+            expectation.failureCount = 5;
+            const QString shared
+                = QStringLiteral("clone: the clone shares item '%1' with the original (at %2) — a deep "
+                                 "copy needs new items");
+            expectation.fragments = QStringList{shared.arg(QStringLiteral("root"), QStringLiteral("root")),
+                                                shared.arg(QStringLiteral("a"), QStringLiteral("root/a")),
+                                                shared.arg(QStringLiteral("a1"), QStringLiteral("root/a/a1")),
+                                                shared.arg(QStringLiteral("a2"), QStringLiteral("root/a/a2")),
+                                                shared.arg(QStringLiteral("b"), QStringLiteral("root/b"))};
+        }
+    }
+    return expectations;
+}
+
+QVector<Expectation> carelessExpectations()
+{
+    QVector<Expectation> expectations;
+    for (const CheckInfo& info : checkList())
+        expectations.push_back({info.name, 0, {}});
+    for (Expectation& expectation : expectations) {
+        if (expectation.check == QLatin1String("empty-references")) {
+            expectation.failureCount = 1;
+            expectation.fragments
+                = QStringList{QStringLiteral("empty references: removeChild(nullptr) did not return NotAChild")};
+        } else if (expectation.check == QLatin1String("out-parameters/collect-subtree")) {
+            expectation.failureCount = 2;
+            expectation.fragments = QStringList{
+                QStringLiteral("collectSubtree cleared or replaced the list it was given — it must append to it"),
+                QStringLiteral("collectSubtreeToShow appended nothing for an item with 4 descendants — the subtree "
+                               "actions of the context menu would change nothing")};
+        } else if (expectation.check == QLatin1String("out-parameters/get-properties")) {
+            expectation.failureCount = 1;
+            expectation.fragments = QStringList{
+                QStringLiteral("getProperties cleared or replaced the lists it was given — it must append")};
+        }
+    }
+    return expectations;
+}
+
+void addRows(const QVector<Expectation>& expectations)
+{
+    QTest::addColumn<QString>("check");
+    QTest::addColumn<int>("failureCount");
+    QTest::addColumn<QStringList>("fragments");
+    for (const Expectation& e : expectations)
+        QTest::newRow(qPrintable(e.check)) << e.check << e.failureCount << e.fragments;
+}
+
+void verify(Conformance::ConformanceHost& host)
+{
+    QFETCH(QString, check);
+    QFETCH(int, failureCount);
+    QFETCH(QStringList, fragments);
+    const CheckResult result = runCheck(host, check);
+    const QString report = result.failures.join(QLatin1Char('\n'));
+    QVERIFY2(result.skipped.isEmpty(), qPrintable(result.skipped));
+    QVERIFY2(
+        result.failures.size() == failureCount,
+        qPrintable(
+            QStringLiteral("%1 messages, expected %2:\n%3").arg(result.failures.size()).arg(failureCount).arg(report)));
+    for (int i = 0; i < fragments.size(); ++i)
+        QVERIFY2(result.failures[i].contains(fragments[i]),
+                 qPrintable(QStringLiteral("message %1 is\n  %2\nexpected it to contain\n  %3")
+                                .arg(i)
+                                .arg(result.failures[i], fragments[i])));
+}
+
+} // namespace
+
+class tst_conformance_brokenhost : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void deferredEvents_data() { addRows(deferredEventsExpectations()); }
+    void deferredEvents()
+    {
+        DeferredEventsHost host;
+        verify(host);
+    }
+
+    void shallowClone_data() { addRows(shallowCloneExpectations()); }
+    void shallowClone()
+    {
+        ShallowCloneHost host;
+        verify(host);
+    }
+
+    void carelessOutParameters_data() { addRows(carelessExpectations()); }
+    void carelessOutParameters()
+    {
+        CarelessHost host;
+        verify(host);
+    }
+
+    // A new check needs an expectation for the broken hosts too.
+    void everyCheckHasAnExpectation()
+    {
+        QStringList names;
+        for (const CheckInfo& info : checkList())
+            names << info.name;
+        QStringList expected;
+        for (const Expectation& e : deferredEventsExpectations())
+            expected << e.check;
+        QCOMPARE(expected, names);
+    }
+
+    void unknownCheckFails()
+    {
+        DeferredEventsHost host;
+        const CheckResult result = runCheck(host, QStringLiteral("no/such-check"));
+        QCOMPARE(result.failures, QStringList{QStringLiteral("no check is named 'no/such-check'")});
+    }
+};
+
+QTEST_MAIN(tst_conformance_brokenhost)
+#include "tst_conformance_brokenhost.moc"
