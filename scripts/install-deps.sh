@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the project builds, tests and runs with.
+# Installs the Debian packages the project builds, tests and runs with, and
+# any further packages named as arguments (the fuzzer's compiler, say).
 # Safe to run again: apt-get skips what is already there.
 set -euo pipefail
 
@@ -10,7 +11,8 @@ packages=(
   libboost-dev
   libbenchmark-dev python3
   xvfb xauth
-  fonts-dejavu-core
+  fonts-dejavu-core clang-format valgrind
+  "$@"
 )
 
 missing=()
