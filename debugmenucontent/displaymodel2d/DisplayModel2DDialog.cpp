@@ -115,12 +115,19 @@ DisplayModel2D* DisplayModel2DDialog::getDisplayModelOfSelectedPlot() const
     if (index < 0)
         return nullptr;
     if (std::size_t(index) < plotCount) {
+        // A widget the host has destroyed since the listing reads as none.
+        if (std::size_t(index) < m_plotWidgetGuards.size() && !m_plotWidgetGuards[std::size_t(index)])
+            return nullptr;
         const BkHQWidget2D* widget = m_plotWidgets[std::size_t(index)];
         GenericPlotManager* manager = widget ? widget->getPlotManager() : nullptr;
         return manager ? manager->getDisplayModel2D() : nullptr;
     }
     if (std::size_t(index) < plotCount + m_plotLabels.size()) {
-        const PlotLabelDisplayItem* label = m_plotLabels[std::size_t(index) - plotCount];
+        // So does a label the host has released.
+        const std::size_t labelIndex = std::size_t(index) - plotCount;
+        if (labelIndex < m_plotLabelGuards.size() && m_plotLabelGuards[labelIndex].expired())
+            return nullptr;
+        const PlotLabelDisplayItem* label = m_plotLabels[labelIndex];
         const PlotDescription* description = label ? label->getPlotDescription() : nullptr;
         return description ? description->getDisplayModel2D() : nullptr;
     }
@@ -168,13 +175,18 @@ void DisplayModel2DDialog::displayItemAdded(DisplayItemTreeWidgetItem2D* row, st
 
 void DisplayModel2DDialog::displayItemRemoved(DisplayItemTreeWidgetItem2D* row, std::shared_ptr<DisplayItem2D> child)
 {
+    const bool hadCurrent = m_displayItemTreeWidget->currentItem() != nullptr;
     for (int i = 0; i < row->childCount(); ++i) {
         auto* childRow = dynamic_cast<DisplayItemTreeWidgetItem2D*>(row->child(i));
         if (childRow && childRow->getDisplayItem() == child) {
             delete row->takeChild(i);
-            return;
+            break;
         }
     }
+    // Qt drops a current row that was below the removed one without a
+    // current-row change; the panes must not go on showing it.
+    if (hadCurrent && !m_displayItemTreeWidget->currentItem())
+        printProperties(nullptr);
 }
 
 void DisplayModel2DDialog::displayItemModified(DisplayItemTreeWidgetItem2D* row)
@@ -251,6 +263,8 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
 {
     m_plotWidgets.clear();
     m_plotLabels.clear();
+    m_plotWidgetGuards.clear();
+    m_plotLabelGuards.clear();
     // May report the current row -1, which empties the tree.
     m_plotListWdg->clear();
 
@@ -278,6 +292,9 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
         const QPoint pb = globalTopLeft(b);
         return pa.y() < pb.y() || (pa.y() == pb.y() && pa.x() < pb.x());
     });
+
+    for (BkHQWidget2D* plotWidget : m_plotWidgets)
+        m_plotWidgetGuards.emplace_back(plotWidget);
 
     const float dpr = float(getDevicePixelRatio(getWindow()));
     for (const BkHQWidget2D* plotWidget : m_plotWidgets) {
@@ -324,6 +341,7 @@ void DisplayModel2DDialog::onUpdateListPBClicked()
             std::vector<PlotLabelDisplayItem*> sortedLabels;
             std::vector<Vector<float, 3>> sortedPoints;
             for (const std::size_t index : order) {
+                m_plotLabelGuards.push_back(labels[index]);
                 sortedLabels.push_back(m_plotLabels[index]);
                 sortedPoints.push_back(points[index]);
             }

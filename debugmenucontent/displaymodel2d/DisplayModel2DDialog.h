@@ -6,6 +6,7 @@
 #include "ui_DisplayModel2DDialog.h"
 
 #include <QDialog>
+#include <QPointer>
 
 #include <memory>
 #include <vector>
@@ -88,6 +89,10 @@ private:
     int m_selectedIndex;
     DisplayItemTreeWidgetItem2D* m_rootItem;
     DisplayModel2D* m_displayModel2D;
+    // Parallel to m_plotWidgets and m_plotLabels: tell whether a listed plot
+    // widget or label still exists before a picked row reads it.
+    std::vector<QPointer<BkHQWidget2D>> m_plotWidgetGuards;
+    std::vector<std::weak_ptr<PlotLabelDisplayItem>> m_plotLabelGuards;
 };
 
 } // namespace Brennvik

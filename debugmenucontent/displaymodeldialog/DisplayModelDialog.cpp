@@ -499,11 +499,21 @@ void DisplayModelDialog::displayItemsRemoved(DisplayItemTreeWidgetItem* parentRo
 {
     if (!parentRow)
         return;
+    QTreeWidget* const tree = parentRow->treeWidget();
+    const bool hadCurrent = tree && tree->currentItem();
     for (const std::shared_ptr<DisplayItemInterface>& item : items) {
         if (!item)
             continue;
         // Only the first row goes, even when several rows under this parent show the item.
         delete parentRow->takeFirstChildShowing(item);
+    }
+    // Qt drops a current row that was below a removed row without a
+    // current-row change; the panes must not go on showing what has gone.
+    if (hadCurrent && !tree->currentItem()) {
+        if (tree == m_displayItemTreeWidget)
+            onCurrentTreeWidgetItemChanged(nullptr);
+        else if (tree == m_clonedDisplayItemTreeWidget)
+            onCurrentClonedTreeWidgetItemChanged(nullptr);
     }
 }
 
