@@ -31,11 +31,11 @@
 #include <QStringList>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
-
-#include <optional>
 #include <QVariant>
 
 #include <algorithm>
+#include <optional>
+#include <string>
 
 namespace Brennvik {
 
@@ -107,11 +107,51 @@ bool fillComparedPane(QTreeWidget* pane, const PropertyList& cloned, const Prope
     return differs;
 }
 
+// A search text, prepared once per search: Qt's case-insensitive match, with
+// a byte-wise shortcut for the usual case of ASCII on both sides (the host's
+// texts are UTF-8; converting every property to a QString would cost more than
+// reading the properties).
+class SearchText
+{
+public:
+    explicit SearchText(const QString& text)
+        : m_text(text)
+        , m_utf8(text.toStdString())
+        , m_ascii(isAscii(m_utf8))
+    {
+    }
+
+    bool isEmpty() const { return m_text.isEmpty(); }
+
+    /// Whether \a haystack contains the text, ignoring case.
+    bool foundIn(const std::string& haystack) const
+    {
+        // Non-ASCII characters can fold to ASCII ones (the Kelvin sign to "k"),
+        // so only an all-ASCII haystack takes the shortcut.
+        if (m_ascii && isAscii(haystack)) {
+            const auto equal = [](char a, char b) { return asciiLower(a) == asciiLower(b); };
+            return std::search(haystack.begin(), haystack.end(), m_utf8.begin(), m_utf8.end(), equal) != haystack.end();
+        }
+        return QString::fromStdString(haystack).contains(m_text, Qt::CaseInsensitive);
+    }
+
+private:
+    static bool isAscii(const std::string& text)
+    {
+        return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    }
+    static char asciiLower(char c) { return (c >= 'A' && c <= 'Z') ? char(c - 'A' + 'a') : c; }
+
+    QString m_text;
+    std::string m_utf8;
+    bool m_ascii;
+};
+
 // Whether the row's display item has a property matching the search. With an
 // empty name fragment ("Any (*)") only the value counts. Both tests ignore case.
-bool rowMatches(QTreeWidgetItem* row, const QString& nameFragment, const QString& searchValue)
+bool rowMatches(QTreeWidgetItem* row, const SearchText& nameFragment, const SearchText& searchValue)
 {
-    auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
+    DisplayItemTreeWidgetItem* itemRow = DisplayItemTreeWidgetItem::asDisplayItemRow(row);
     if (!itemRow)
         return false;
     const std::shared_ptr<DisplayItemInterface> item = itemRow->getDisplayItem();
@@ -123,10 +163,9 @@ bool rowMatches(QTreeWidgetItem* row, const QString& nameFragment, const QString
     item->getProperties(businessObjectProperties, displayItemProperties);
     const auto listMatches = [&](const PropertyList& properties) {
         for (const Property& property : properties) {
-            if (!nameFragment.isEmpty()
-                && !QString::fromStdString(property.first).contains(nameFragment, Qt::CaseInsensitive))
+            if (!nameFragment.isEmpty() && !nameFragment.foundIn(property.first))
                 continue;
-            if (QString::fromStdString(property.second).contains(searchValue, Qt::CaseInsensitive))
+            if (searchValue.foundIn(property.second))
                 return true;
         }
         return false;
@@ -134,11 +173,8 @@ bool rowMatches(QTreeWidgetItem* row, const QString& nameFragment, const QString
     return listMatches(businessObjectProperties) || listMatches(displayItemProperties);
 }
 
-// Pre-order over \a row and its subtree, collapsed rows included. Rows up to
-// and including the pending start row are passed over; returns the first
-// matching row after it, or null.
-QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart, const QString& nameFragment,
-                                 const QString& searchValue)
+QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart, const SearchText& nameFragment,
+                                 const SearchText& searchValue)
 {
     if (pendingStart) {
         if (row == pendingStart)
@@ -723,9 +759,10 @@ void DisplayModelDialog::onFindDisplayItemClicked()
 
     // "Find next": the search starts after the current row and does not wrap.
     QTreeWidgetItem* pendingStart = m_displayItemTreeWidget->currentItem();
+    const SearchText name(nameFragment);
+    const SearchText value(searchValue);
     for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
-        QTreeWidgetItem* found
-            = findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, nameFragment, searchValue);
+        QTreeWidgetItem* found = findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, name, value);
         if (found) {
             m_displayItemTreeWidget->setCurrentItem(found);
             return;

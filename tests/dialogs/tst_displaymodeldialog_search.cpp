@@ -19,6 +19,8 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
@@ -219,6 +221,8 @@ private slots:
     // find next
     void findNextStepsThroughMatches_data();
     void findNextStepsThroughMatches();
+    void findNextFoldsCaseBeyondAscii_data();
+    void findNextFoldsCaseBeyondAscii();
     void findNextStartsAfterTheCurrentRow_data();
     void findNextStartsAfterTheCurrentRow();
     void lastMatchCurrentChangesNothing();
@@ -396,6 +400,50 @@ void tst_DisplayModelDialogSearch::findNextStepsThroughMatches()
         clickFindNext();
         QCOMPARE(currentRow(), last);
     }
+}
+
+void tst_DisplayModelDialogSearch::findNextFoldsCaseBeyondAscii_data()
+{
+    QTest::addColumn<QString>("searchValue");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("ASCII in any case") << "PLAIN text" << QStringList{"root/plain"};
+    QTest::newRow("ASCII text, a value with a sign that folds to it")
+        << "k-factor" << QStringList{"root/kelvin", "root/plain"};
+    QTest::newRow("non-ASCII text in another case") << QString::fromUtf8("\xc3\xa4rger") << QStringList{"root/umlaut"};
+    QTest::newRow("ASCII text is no match for a non-ASCII letter") << "arger" << QStringList{};
+}
+
+// Values with characters beyond ASCII take Qt's full case folding; the rest
+// is compared byte by byte. Both must give what Qt's folding gives.
+void tst_DisplayModelDialogSearch::findNextFoldsCaseBeyondAscii()
+{
+    QFETCH(QString, searchValue);
+    QFETCH(QStringList, expected);
+
+    auto root = buildTree({"root", {{"kelvin"}, {"umlaut"}, {"plain"}}});
+    // U+212A KELVIN SIGN folds to "k".
+    findItem(root, "kelvin")->setDisplayProperty("factor", "\xe2\x84\xaa-FACTOR");
+    findItem(root, "umlaut")->setDisplayProperty("mood", "\xc3\x84RGER");
+    findItem(root, "plain")->setDisplayProperty("note", "plain TEXT, k-factor");
+    setModel(makeViewModel(root));
+
+    // QTest types ASCII only; other text is set as a paste would set it.
+    const bool ascii = std::all_of(searchValue.begin(), searchValue.end(), [](QChar c) { return c.unicode() < 0x80; });
+    if (ascii)
+        typeSearchValue(searchValue);
+    else
+        m_dialog->m_searchValueLE->setText(searchValue);
+    chooseCriterion(0);
+    if (QTest::currentTestFailed())
+        return;
+    for (const QString& row : expected) {
+        clickFindNext();
+        QCOMPARE(currentRow(), row);
+    }
+    const QString last = expected.isEmpty() ? NoRow : expected.last();
+    clickFindNext();
+    QCOMPARE(currentRow(), last);
 }
 
 void tst_DisplayModelDialogSearch::findNextStartsAfterTheCurrentRow_data()
