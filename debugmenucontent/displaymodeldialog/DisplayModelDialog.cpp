@@ -355,10 +355,8 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
                 new EditModelTreeWidgetItem(topRow, primitive, this, -1);
         }
 
-        m_entryRowsComplete = true;
         if (entry)
             navigateToInitialEntry(*entry, false, expandEntry);
-        m_entryRowsComplete = false;
         m_entryRowsItem.reset();
         m_entryRows.clear();
     }
@@ -563,9 +561,10 @@ void DisplayModelDialog::navigateToInitialEntry(std::shared_ptr<DisplayItemInter
     // Every row of the item, duplicates included, is selected; the last one
     // stays current. Making a row current must not undo the earlier selections.
     // The rows of the item in tree order: noted by the build that has just
-    // run, or found by a walk over the whole tree. No item has no rows.
+    // run (the entry item is only set from the lookup until the navigation
+    // after it), or found by a walk over the whole tree. No item has no rows.
     std::vector<DisplayItemTreeWidgetItem*> rows;
-    if (m_entryRowsComplete && !inClonedTree && item && item == m_entryRowsItem) {
+    if (!inClonedTree && item && item == m_entryRowsItem) {
         rows = m_entryRows;
     } else {
         for (QTreeWidgetItemIterator it(tree); item && *it; ++it) {

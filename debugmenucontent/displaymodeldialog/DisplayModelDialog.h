@@ -159,10 +159,10 @@ private:
     QList<QPair<int, QString>> m_expandPath;
     bool m_onlyCompareMirrored;
     bool m_syncingCurrentItem;
-    // The rows of the initial entry's item, noted while the tree is built.
+    // The rows of the initial entry's item, noted while the tree is built;
+    // the item is set only from its lookup until the navigation after the build.
     std::shared_ptr<DisplayItemInterface> m_entryRowsItem;
     std::vector<DisplayItemTreeWidgetItem*> m_entryRows;
-    bool m_entryRowsComplete = false;
 };
 
 } // namespace Brennvik

@@ -54,6 +54,9 @@ class DisplayModelDialogTestAccess
 {
 public:
     static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
+    static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& d) { return d.m_clonedViewModel; }
+    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& d) { return d.m_clonedBusinessObjectProperties; }
+    static QTreeWidget* clonedDisplayPane(DisplayModelDialog& d) { return d.m_clonedDisplayItemProperties; }
 };
 
 } // namespace Brennvik
@@ -636,6 +639,7 @@ private slots:
     void viewModelReleasedAndReplaced_data();
     void viewModelReleasedAndReplaced();
     void currentRowBelowARemovedRowEmptiesThePanes();
+    void clonedCurrentRowBelowARemovedRowEmptiesTheClonedPanes();
     void cloneComparisonRowsOfGoneItems();
     void cloneComparisonOutlivesTheHostsReferences();
 
@@ -902,6 +906,34 @@ void tst_GoneItems::currentRowBelowARemovedRowEmptiesThePanes()
     // The panes show the current row's properties: no row, no properties.
     QVERIFY(paneLines(m_f->dialog->m_displayItemProperties).isEmpty());
     QVERIFY(paneLines(m_f->dialog->m_businessObjectProperties).isEmpty());
+}
+
+void tst_GoneItems::clonedCurrentRowBelowARemovedRowEmptiesTheClonedPanes()
+{
+    // The same in the cloned tree: the clone's A goes from the clone's model.
+    m_f->dialog->m_useCloneCheckBox->click();
+    DisplayItemTreeWidget* cloned = Access::clonedTree(*m_f->dialog);
+    QVERIFY(cloned);
+    cloned->expandAll();
+    QTreeWidgetItem* a1 = nullptr;
+    for (QTreeWidgetItemIterator it(cloned); *it && !a1; ++it) {
+        if ((*it)->text(0) == QLatin1String("A1"))
+            a1 = *it;
+    }
+    QVERIFY(a1);
+    cloned->setCurrentItem(a1);
+    QVERIFY(!paneLines(Access::clonedDisplayPane(*m_f->dialog)).isEmpty());
+    QVERIFY(!paneLines(Access::clonedBusinessPane(*m_f->dialog)).isEmpty());
+
+    const auto clonedRoot = std::dynamic_pointer_cast<DisplayItem>(
+        Access::clonedViewModel(*m_f->dialog)->getDisplayModel()->getRootDisplayItem());
+    QVERIFY(clonedRoot);
+    const auto clonedA = Test::findItem(clonedRoot, "A");
+    QVERIFY(clonedA);
+    clonedRoot->removeChild(clonedA, false);
+    QVERIFY(!cloned->currentItem());
+    QVERIFY(paneLines(Access::clonedDisplayPane(*m_f->dialog)).isEmpty());
+    QVERIFY(paneLines(Access::clonedBusinessPane(*m_f->dialog)).isEmpty());
 }
 
 void tst_GoneItems::cloneComparisonRowsOfGoneItems()
