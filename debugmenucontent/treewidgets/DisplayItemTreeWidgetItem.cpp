@@ -69,10 +69,10 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(const DisplayItemTreeWidget
     : QTreeWidgetItem(other)
     , DisplayItemEventObserver(other)
     , m_displayItem(other.m_displayItem)
-    , m_childRowIndex()
     , m_dialog(other.m_dialog)
     , m_itemIndex(other.m_itemIndex)
     , m_isDuplicate(other.m_isDuplicate)
+    , m_childRowIndex()
 {
 }
 
@@ -81,11 +81,11 @@ DisplayItemTreeWidgetItem& DisplayItemTreeWidgetItem::operator=(const DisplayIte
     QTreeWidgetItem::operator=(other);
     DisplayItemEventObserver::operator=(other);
     m_displayItem = other.m_displayItem;
-    // The index describes this row's own children, which a copy does not take.
-    m_childRowIndex.reset();
     m_dialog = other.m_dialog;
     m_itemIndex = other.m_itemIndex;
     m_isDuplicate = other.m_isDuplicate;
+    // The index describes this row's own children, which a copy does not take.
+    m_childRowIndex.reset();
     return *this;
 }
 

@@ -90,10 +90,11 @@ private:
     void indexChildren(int from);
 
     std::weak_ptr<DisplayItemInterface> m_displayItem;
-    std::unique_ptr<ChildRowIndex> m_childRowIndex;
     DisplayModelDialog* m_dialog;
     qint32 m_itemIndex;
     bool m_isDuplicate;
+    // After the row's own members: only wide parents ever fill it.
+    std::unique_ptr<ChildRowIndex> m_childRowIndex;
 
     static QIcon* s_visibleIcon;
     static QIcon* s_visibleDuplicateIcon;
