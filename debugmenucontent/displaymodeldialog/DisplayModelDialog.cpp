@@ -960,7 +960,8 @@ void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* origina
         // A row that the original lacks: it and its whole subtree are extra.
         paintFalseClonedItem(cloned);
         for (int i = 0; i < cloned->childCount(); ++i)
-            compareRecursiveTree(nullptr, dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i)), cloned->parent());
+            compareRecursiveTree(nullptr, DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i)),
+                                 cloned->parent());
         return;
     }
 
@@ -979,8 +980,8 @@ void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* origina
 
     const int count = std::max(original->childCount(), cloned->childCount());
     for (int i = 0; i < count; ++i) {
-        auto* originalChild = dynamic_cast<DisplayItemTreeWidgetItem*>(original->child(i));
-        auto* clonedChild = dynamic_cast<DisplayItemTreeWidgetItem*>(cloned->child(i));
+        auto* originalChild = DisplayItemTreeWidgetItem::asDisplayItemRow(original->child(i));
+        auto* clonedChild = DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i));
         compareRecursiveTree(originalChild, clonedChild, cloned->parent());
     }
 }
