@@ -57,13 +57,25 @@ int iterationsFor(long n)
 
 } // namespace
 
+namespace {
+int largeRepetitions = 1;
+} // namespace
+
+void setLargeRepetitions(int repetitions)
+{
+    largeRepetitions = std::max(1, repetitions);
+}
+
 void registerCase(const std::string& scenario, const std::string& side, long n, Body body, int iterations)
 {
     const std::string name = scenario + "/" + side + "/" + std::to_string(n);
-    benchmark::RegisterBenchmark(name.c_str(), [body](benchmark::State& state) { body(state); })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(iterations > 0 ? iterations : iterationsFor(n));
+    benchmark::internal::Benchmark* bench
+        = benchmark::RegisterBenchmark(name.c_str(), [body](benchmark::State& state) { body(state); })
+              ->UseManualTime()
+              ->Unit(benchmark::kMillisecond)
+              ->Iterations(iterations > 0 ? iterations : iterationsFor(n));
+    if (n >= 1000000 && largeRepetitions > 1)
+        bench->Repetitions(largeRepetitions);
 }
 
 void settle()

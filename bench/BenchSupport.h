@@ -40,6 +40,11 @@ using Body = std::function<void(benchmark::State&)>;
 /// unless \a iterations says otherwise.
 void registerCase(const std::string& scenario, const std::string& side, long n, Body body, int iterations = 0);
 
+/// How often each case of a million display items or more is repeated
+/// (default 1). A single run at that size says as much about the virtual
+/// machine's memory as about the code; the summary takes the median.
+void setLargeRepetitions(int repetitions);
+
 /// Lets queued events run until none is left, so that the views have laid
 /// out and painted what changed; part of every measured interval.
 void settle();

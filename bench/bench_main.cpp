@@ -1,10 +1,13 @@
 // Scale benchmarks of the debug-menu library, each scenario next to its floor:
 // the same work done with a bare QTreeWidget and the host calls alone.
 //
-//   brennvik_bench [--max-n=N] [Google Benchmark options]
+//   brennvik_bench [--max-n=N] [--large-repetitions=R] [Google Benchmark options]
 //
 // --max-n limits the display-item counts (10,000, 100,000, 1,000,000) to
 // those up to N; the default runs all three.
+// --large-repetitions runs every case of 1,000,000 items R times (default 1);
+// with --benchmark_enable_random_interleaving=true the repetitions of all
+// cases are shuffled, so that library and floor meet the machine alike.
 
 #include "BenchSupport.h"
 
@@ -38,22 +41,23 @@ void quietMessages(QtMsgType type, const QMessageLogContext& context, const QStr
     std::cerr << qPrintable(qFormatLogMessage(type, context, message)) << std::endl;
 }
 
-// Takes --max-n=N out of the arguments; 0 when absent.
-long takeMaxN(int& argc, char** argv)
+// Takes --<name>=N out of the arguments; \a fallback when absent.
+long takeNumberOption(int& argc, char** argv, const char* name, long fallback)
 {
-    long maxN = 0;
+    const std::string prefix = std::string("--") + name + "=";
+    long value = fallback;
     int kept = 1;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
-        if (std::strncmp(arg, "--max-n=", 8) == 0) {
-            maxN = std::strtol(arg + 8, nullptr, 10);
+        if (std::strncmp(arg, prefix.c_str(), prefix.size()) == 0) {
+            value = std::strtol(arg + prefix.size(), nullptr, 10);
             continue;
         }
         argv[kept++] = argv[i];
     }
     argc = kept;
     argv[argc] = nullptr;
-    return maxN;
+    return value;
 }
 
 } // namespace
@@ -69,7 +73,8 @@ int main(int argc, char** argv)
         qputenv("QT_LOGGING_RULES", "qt.qpa.*=false");
     qInstallMessageHandler(quietMessages);
 
-    const long maxN = takeMaxN(argc, argv);
+    const long maxN = takeNumberOption(argc, argv, "max-n", 0);
+    const long largeRepetitions = takeNumberOption(argc, argv, "large-repetitions", 1);
     QApplication app(argc, argv);
 
     benchmark::Initialize(&argc, argv);
@@ -81,6 +86,7 @@ int main(int argc, char** argv)
         if (maxN <= 0 || n <= maxN)
             config.sizes.push_back(n);
     }
+    Brennvik::Bench::setLargeRepetitions(static_cast<int>(largeRepetitions));
     Brennvik::Bench::registerTreeBuild(config);
     Brennvik::Bench::registerFind(config);
     Brennvik::Bench::registerSubtreeInvisible(config);

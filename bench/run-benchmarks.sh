@@ -6,6 +6,8 @@
 #   BUILD_DIR=/some/dir bench/run-benchmarks.sh     build tree (default: build-bench/ in the checkout)
 #   RESULTS_DIR=/some/dir bench/run-benchmarks.sh   output (default: bench/results/)
 #   JOBS=2 bench/run-benchmarks.sh                  parallel compile jobs (default: all cores)
+#   REPETITIONS=5 bench/run-benchmarks.sh --full    runs of each 1,000,000-item case (default 3),
+#                                                   shuffled among all cases; the table takes the median
 # Anything after "--" goes to the benchmark program, e.g. -- --benchmark_filter=TreeBuild
 set -euo pipefail
 
@@ -16,7 +18,7 @@ while [ $# -gt 0 ]; do
     --quick) mode=quick ;;
     --full) mode=full ;;
     --) shift; extra=("$@"); break ;;
-    -h|--help) sed -n '2,10p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h|--help) sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
     *) echo "run-benchmarks: unknown option $1 (try --help)" >&2; exit 2 ;;
   esac
   shift
@@ -27,9 +29,16 @@ build=${BUILD_DIR:-"$root/build-bench"}
 results=${RESULTS_DIR:-"$root/bench/results"}
 jobs=${JOBS:-$(nproc 2>/dev/null || echo 2)}
 
+# At a million items one run says as much about the virtual machine's memory
+# (first touches of guest pages cost a lot, and vary) as about the code, so
+# the full mode repeats those cases in shuffled order.
+run_options=()
 case "$mode" in
   quick) max_n=100000 ;;
-  full) max_n=1000000 ;;
+  full)
+    max_n=1000000
+    run_options=(--large-repetitions="${REPETITIONS:-3}" --benchmark_enable_random_interleaving=true)
+    ;;
 esac
 
 "$root/scripts/install-deps.sh"
@@ -43,7 +52,7 @@ mkdir -p "$results"
 stem="$results/$mode-$(date +%Y%m%d-%H%M%S)"
 
 # The program picks the offscreen platform itself when there is no display.
-"$build/bench/brennvik_bench" --max-n="$max_n" \
+"$build/bench/brennvik_bench" --max-n="$max_n" "${run_options[@]}" \
   --benchmark_out="$stem-raw.json" --benchmark_out_format=json "${extra[@]}"
 
 python3 "$root/bench/summarize.py" "$stem-raw.json" --markdown "$stem.md" --json "$stem-summary.json"

@@ -8,12 +8,17 @@ RAW.json is the --benchmark_out file of brennvik_bench. Benchmarks are named
 holds both times (ms), their ratio, both peak resident sets and what the
 measured part added to them (MiB); for every scenario the growth exponent
 log(t2/t1)/log(N2/N1) between its smallest and largest N.
+
+A case run several times (--large-repetitions) counts with the median of its
+runs; the summary also keeps every run's time, and the table shows the range.
+Memory is the largest of the runs.
 """
 
 import argparse
 import json
 import math
 import re
+import statistics
 import sys
 
 NAME = re.compile(r"^(?P<scenario>[^/]+)/(?P<side>Library|Floor)/(?P<n>\d+)(/|$)")
@@ -25,6 +30,9 @@ def load(path):
         raw = json.load(f)
     cells = {}
     order = []
+    # Shuffled runs (random interleaving) come out in any order; the table
+    # keeps the order in which the program registered the scenarios.
+    first_family = {}
     for bench in raw.get("benchmarks", []):
         if bench.get("run_type", "iteration") != "iteration":
             continue
@@ -34,18 +42,36 @@ def load(path):
         scenario, side, n = match["scenario"], match["side"], int(match["n"])
         if scenario not in order:
             order.append(scenario)
+        family = bench.get("family_index")
+        if family is not None:
+            first_family[scenario] = min(family, first_family.get(scenario, family))
         cell = cells.setdefault((scenario, n), {})
         if bench.get("error_occurred"):
             cell[side] = {"error": bench.get("error_message", "failed")}
             continue
-        cell[side] = {
-            "ms": bench["real_time"] * TO_MS[bench.get("time_unit", "ns")],
-            "peak_mib": bench.get("peak_MiB"),
-            "added_mib": bench.get("added_MiB"),
-            "rows": bench.get("rows"),
-            "iterations": bench.get("iterations"),
-        }
+        if "error" in cell.get(side, {}):
+            continue  # one failed run spoils the case
+        runs = cell.setdefault(side, {"runs_ms": []})
+        runs["runs_ms"].append(bench["real_time"] * TO_MS[bench.get("time_unit", "ns")])
+        runs["peak_mib"] = max_of(runs.get("peak_mib"), bench.get("peak_MiB"))
+        runs["added_mib"] = max_of(runs.get("added_mib"), bench.get("added_MiB"))
+        runs["rows"] = bench.get("rows")
+        runs["iterations"] = bench.get("iterations")
+    seen = {scenario: i for i, scenario in enumerate(order)}
+    order = sorted(order, key=lambda scenario: (first_family.get(scenario, len(seen)), seen[scenario]))
+    for cell in cells.values():
+        for runs in cell.values():
+            if "runs_ms" in runs:
+                runs["ms"] = statistics.median(runs["runs_ms"])
     return raw.get("context", {}), order, cells
+
+
+def max_of(a, b):
+    if a is None:
+        return b
+    if b is None:
+        return a
+    return max(a, b)
 
 
 def exponent(t1, t2, n1, n2):
@@ -76,6 +102,8 @@ def summarize(context, order, cells):
                 "floor_added_mib": floor.get("added_mib"),
                 "rows": lib.get("rows"),
                 "iterations": lib.get("iterations"),
+                "library_runs_ms": lib.get("runs_ms"),
+                "floor_runs_ms": floor.get("runs_ms"),
                 "errors": [f"{side}: {c['error']}" for side, c in cell.items() if "error" in c],
             })
             # Both sides must have worked on trees of the same size.
@@ -105,6 +133,12 @@ def fmt(value, digits=1):
     return f"{value:,.{digits}f}"
 
 
+def timing(median, runs):
+    if median is None or not runs or len(runs) < 2:
+        return fmt(median)
+    return f"{fmt(median)} ({fmt(min(runs))}–{fmt(max(runs))})"
+
+
 def memory(peak, added):
     if peak is None:
         return "–"
@@ -129,12 +163,16 @@ def markdown(summary):
             grow = f"{fmt(g['library_exponent'], 2)} / {fmt(g['floor_exponent'], 2)}"
         ratio = f"{r['ratio']:.2f}×" if r["ratio"] is not None else "–"
         note = f" ⚠ {'; '.join(r['errors'])}" if r["errors"] else ""
-        lines.append(f"| {r['scenario']} | {r['n']:,} | {fmt(r['library_ms'])} | {fmt(r['floor_ms'])} | {ratio} | "
+        lines.append(f"| {r['scenario']} | {r['n']:,} | {timing(r['library_ms'], r['library_runs_ms'])} | "
+                     f"{timing(r['floor_ms'], r['floor_runs_ms'])} | {ratio} | "
                      f"{memory(r['library_peak_mib'], r['library_added_mib'])} | "
                      f"{memory(r['floor_peak_mib'], r['floor_added_mib'])} | {grow}{note} |")
     lines.append("")
     lines.append("Times are wall-clock per run of the measured part only. Growth is "
                  "log(t2/t1)/log(N2/N1) from the smallest to the largest N: 1 is linear, 2 quadratic.")
+    if any(len(r.get("library_runs_ms") or []) > 1 for r in summary["results"]):
+        lines.append("Where a case ran several times, its time is the median of the runs, with the "
+                     "fastest and the slowest in brackets; the ratio divides the medians.")
     return "\n".join(lines) + "\n"
 
 
