@@ -3,6 +3,8 @@
 #include "HostTypes.h"
 #include "HostExport.h"
 
+#include <QVarLengthArray>
+
 namespace Brennvik {
 
 /// Base class through which a client follows display items.
@@ -46,7 +48,9 @@ public:
 
 private:
     friend class DisplayItemObserverList;
-    std::vector<std::weak_ptr<DisplayItemInterface>> m_observedItems;
+    // Nearly every observer follows a single item; keeping that one inline
+    // spares an allocation for each of the million rows a large tree holds.
+    QVarLengthArray<std::weak_ptr<DisplayItemInterface>, 1> m_observedItems;
 };
 
 } // namespace Brennvik

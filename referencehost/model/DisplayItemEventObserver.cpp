@@ -29,7 +29,7 @@ DisplayItemEventObserver& DisplayItemEventObserver::operator=(const DisplayItemE
 DisplayItemEventObserver::~DisplayItemEventObserver()
 {
     // The items call back into m_observedItems while we unregister; work on a copy.
-    const std::vector<std::weak_ptr<DisplayItemInterface>> observed = std::move(m_observedItems);
+    const QVarLengthArray<std::weak_ptr<DisplayItemInterface>, 1> observed = m_observedItems;
     m_observedItems.clear();
     for (const auto& weakItem : observed) {
         if (const auto item = weakItem.lock())
@@ -48,7 +48,7 @@ void DisplayItemEventObserver::registerToDisplayItem(std::shared_ptr<DisplayItem
     const bool known = std::any_of(m_observedItems.begin(), m_observedItems.end(),
                                    [&weakItem](const auto& w) { return sameItem(w, weakItem); });
     if (!known)
-        m_observedItems.push_back(weakItem);
+        m_observedItems.append(weakItem);
 }
 
 void DisplayItemEventObserver::unregisterFromDisplayItem(std::shared_ptr<DisplayItemInterface> item)

@@ -37,7 +37,7 @@ void DisplayItemObserverList::add(DisplayItemEventObserver* observer)
 {
     if (!observer || contains(observer))
         return;
-    m_registrations.push_back({observer, m_nextSerial++});
+    m_registrations.append({observer, m_nextSerial++});
     rememberOwner(*observer);
 }
 
@@ -55,7 +55,7 @@ void DisplayItemObserverList::clear()
 {
     // Take the registrations out first: forgetting may not call back into us,
     // but the list must be empty whatever happens.
-    const std::vector<Registration> registrations = std::move(m_registrations);
+    const Registrations registrations = m_registrations;
     m_registrations.clear();
     for (const Registration& registration : registrations)
         forgetOwner(*registration.observer);
@@ -88,7 +88,7 @@ void DisplayItemObserverList::dispatch(const std::function<void(DisplayItemEvent
 {
     if (m_registrations.empty())
         return;
-    const std::vector<Registration> snapshot = m_registrations;
+    const Registrations snapshot = m_registrations;
     for (const Registration& registration : snapshot) {
         // Observers are cheap to check and lists are short; a linear lookup keeps
         // the book simple and correct under any re-entrant change.
@@ -141,7 +141,7 @@ void DisplayItemObserverList::rememberOwner(DisplayItemEventObserver& observer) 
         return sameItem(w, m_owner);
     });
     if (!known)
-        items.push_back(m_owner);
+        items.append(m_owner);
 }
 
 void DisplayItemObserverList::forgetOwner(DisplayItemEventObserver& observer) const

@@ -4,11 +4,12 @@
 #include <hostcontract/HostExport.h>
 #include <hostcontract/HostTypes.h>
 
+#include <QVarLengthArray>
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace Brennvik {
 
@@ -72,7 +73,10 @@ private:
     void forgetOwner(DisplayItemEventObserver& observer) const;
 
     std::weak_ptr<DisplayItemInterface> m_owner;
-    std::vector<Registration> m_registrations;
+    // Most items have one observer, the row that shows them: inline, so that
+    // neither registering nor taking the snapshot of an event allocates.
+    using Registrations = QVarLengthArray<Registration, 1>;
+    Registrations m_registrations;
     std::uint64_t m_nextSerial = 1;
 };
 
