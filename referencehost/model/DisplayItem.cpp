@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <sstream>
 #include <stdexcept>
+#include <unordered_set>
 
 namespace Brennvik {
 
@@ -202,9 +203,13 @@ void DisplayItem::insertChild(std::size_t index, std::shared_ptr<DisplayItem> ch
 
 void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>& children)
 {
-    for (auto it = children.begin(); it != children.end(); ++it) {
-        checkCanAdopt(*it);
-        if (std::find(children.begin(), it, *it) != it)
+    // A set, not a search of the list so far: hosts append hundreds of
+    // thousands of children in one call.
+    std::unordered_set<const DisplayItem*> seen;
+    seen.reserve(children.size());
+    for (const auto& child : children) {
+        checkCanAdopt(child);
+        if (!seen.insert(child.get()).second)
             throw std::invalid_argument("DisplayItem::appendChildren: the same child twice");
     }
     if (children.empty())
@@ -249,9 +254,25 @@ const std::vector<std::shared_ptr<DisplayItem>>& DisplayItem::children() const
 
 int DisplayItem::indexOfChild(const DisplayItemInterface* child) const
 {
-    for (std::size_t i = 0; i < m_children.size(); ++i) {
-        if (static_cast<const DisplayItemInterface*>(m_children[i].get()) == child)
-            return static_cast<int>(i);
+    // Removals tend to walk through the children in order, forwards or
+    // backwards; searching outwards from the last find keeps such a walk
+    // from scanning the whole list each time. A child is in the list once.
+    const std::size_t size = m_children.size();
+    if (size == 0)
+        return -1;
+    const std::size_t start = std::min(m_childSearchStart, size - 1);
+    const auto found = [this, child](std::size_t i) {
+        if (static_cast<const DisplayItemInterface*>(m_children[i].get()) != child)
+            return false;
+        m_childSearchStart = i;
+        return true;
+    };
+    const std::size_t reach = std::max(start, size - 1 - start);
+    for (std::size_t distance = 0; distance <= reach; ++distance) {
+        if (start + distance < size && found(start + distance))
+            return static_cast<int>(start + distance);
+        if (distance > 0 && distance <= start && found(start - distance))
+            return static_cast<int>(start - distance);
     }
     return -1;
 }

@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <algorithm>
+#include <numeric>
 #include <stdexcept>
 
 using namespace Brennvik;
@@ -45,6 +47,8 @@ private slots:
     void insertChildPositions_data();
     void insertChildPositions();
     void movingAChildReparentsIt();
+    void indexOfChildInAnyOrder_data();
+    void indexOfChildInAnyOrder();
     void invalidChildrenAreRefused();
     void removeChildResults();
     void removeChildrenRaisesOneEvent();
@@ -188,6 +192,70 @@ void TestDisplayItem::insertChildPositions()
     QCOMPARE(QString::fromStdString(Test::treeShape(root)), shape);
 }
 
+void TestDisplayItem::indexOfChildInAnyOrder_data()
+{
+    QTest::addColumn<QString>("order");
+    QTest::addColumn<int>("removeEvery");
+    QTest::addColumn<int>("insertFrontEvery");
+
+    QTest::newRow("forwards") << "forwards" << 0 << 0;
+    QTest::newRow("backwards") << "backwards" << 0 << 0;
+    QTest::newRow("scattered") << "scattered" << 0 << 0;
+    QTest::newRow("forwards, removing every third") << "forwards" << 3 << 0;
+    QTest::newRow("backwards, removing every third") << "backwards" << 3 << 0;
+    QTest::newRow("scattered, removing every third") << "scattered" << 3 << 0;
+    QTest::newRow("forwards, inserting at the front") << "forwards" << 0 << 4;
+    QTest::newRow("backwards, removing and inserting") << "backwards" << 2 << 5;
+}
+
+void TestDisplayItem::indexOfChildInAnyOrder()
+{
+    QFETCH(QString, order);
+    QFETCH(int, removeEvery);
+    QFETCH(int, insertFrontEvery);
+
+    const int count = 40;
+    auto parent = std::make_shared<DisplayItem>("parent");
+    std::vector<std::shared_ptr<DisplayItem>> children;
+    for (int i = 0; i < count; ++i)
+        children.push_back(std::make_shared<DisplayItem>("c" + std::to_string(i)));
+    parent->appendChildren(children);
+
+    std::vector<int> visits(count);
+    std::iota(visits.begin(), visits.end(), 0);
+    if (order == "backwards")
+        std::reverse(visits.begin(), visits.end());
+    else if (order == "scattered")
+        std::transform(visits.begin(), visits.end(), visits.begin(), [](int i) { return (i * 17) % count; });
+
+    // Each child is looked up twice in a row and then once more after the
+    // list has changed; the answer must be its real position every time.
+    int step = 0;
+    for (const int visit : visits) {
+        const std::shared_ptr<DisplayItem>& child = children[static_cast<std::size_t>(visit)];
+        const auto& list = parent->children();
+        const int position = static_cast<int>(std::find(list.begin(), list.end(), child) - list.begin());
+        QCOMPARE(parent->indexOfChild(child.get()), position);
+        QCOMPARE(parent->indexOfChild(child.get()), position);
+        ++step;
+        if (removeEvery > 0 && step % removeEvery == 0) {
+            QCOMPARE(parent->removeChild(child, false), RemoveChildResult::Removed);
+            QCOMPARE(parent->indexOfChild(child.get()), -1);
+        }
+        if (insertFrontEvery > 0 && step % insertFrontEvery == 0)
+            parent->insertChild(0, std::make_shared<DisplayItem>("front " + std::to_string(step)));
+    }
+    for (const auto& child : children) {
+        const auto& list = parent->children();
+        const auto it = std::find(list.begin(), list.end(), child);
+        QCOMPARE(parent->indexOfChild(child.get()), it == list.end() ? -1 : static_cast<int>(it - list.begin()));
+    }
+    const auto stranger = std::make_shared<DisplayItem>("stranger");
+    QCOMPARE(parent->indexOfChild(stranger.get()), -1);
+    QCOMPARE(parent->indexOfChild(nullptr), -1);
+    QCOMPARE(std::make_shared<DisplayItem>("empty")->indexOfChild(children.front().get()), -1);
+}
+
 void TestDisplayItem::movingAChildReparentsIt()
 {
     auto root = Test::buildTree({"root", {{"a", {{"x"}}}, {"b"}}});
@@ -225,6 +293,11 @@ void TestDisplayItem::invalidChildrenAreRefused()
     QVERIFY_EXCEPTION_THROWN(a->appendChild(root), std::invalid_argument);
     const auto extra = std::make_shared<DisplayItem>("extra");
     QVERIFY_EXCEPTION_THROWN(a->appendChildren({extra, extra}), std::invalid_argument);
+    // A repeat far from the first occurrence is refused too, before anything moves.
+    const auto other1 = std::make_shared<DisplayItem>("other1");
+    const auto other2 = std::make_shared<DisplayItem>("other2");
+    QVERIFY_EXCEPTION_THROWN(a->appendChildren({other1, extra, other2, extra}), std::invalid_argument);
+    QCOMPARE(other1->getParent(), nullptr);
     QVERIFY_EXCEPTION_THROWN(a->appendChildren({extra, nullptr}), std::invalid_argument);
     QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(a(a1))"));
     QCOMPARE(extra->getParent(), nullptr);
