@@ -12,6 +12,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <algorithm>
+
 #include <typeinfo>
 
 namespace Brennvik {
@@ -30,6 +32,9 @@ struct DisplayItemTreeWidgetItem::ChildRowIndex
     QHash<const DisplayItemInterface*, QTreeWidgetItem*> firstRow;
     QSet<const DisplayItemInterface*> sharedItems;
     int indexedCount = 0;
+    // Where the last row was taken: removals tend to come in the order of
+    // the rows, so the next one is found close by.
+    int searchStart = 0;
 };
 
 // Shared by every row of every tree; created on first use and kept for the
@@ -154,8 +159,8 @@ QTreeWidgetItem* DisplayItemTreeWidgetItem::takeFirstChildShowing(const std::sha
     }
 
     QTreeWidgetItem* candidate = found.value();
-    // indexOfChild compares pointers only, so a stale entry is never dereferenced.
-    const int position = indexOfChild(candidate);
+    // The search compares pointers only, so a stale entry is never dereferenced.
+    const int position = positionOfChildRow(candidate, index.searchStart);
     DisplayItemTreeWidgetItem* row = position < 0 ? nullptr : asDisplayItemRow(candidate);
     if (!row || !row->showsDisplayItem(item)) {
         m_childRowIndex.reset();
@@ -165,6 +170,7 @@ QTreeWidgetItem* DisplayItemTreeWidgetItem::takeFirstChildShowing(const std::sha
 
     takeChild(position);
     --index.indexedCount;
+    index.searchStart = position;
     if (index.sharedItems.contains(item.get())) {
         // The next row of the same item, if any, is after the one taken.
         const int next = positionOfFirstChildShowing(item, position);
@@ -186,6 +192,24 @@ int DisplayItemTreeWidgetItem::positionOfFirstChildShowing(const std::shared_ptr
         const DisplayItemTreeWidgetItem* row = asDisplayItemRow(child(i));
         if (row && row->showsDisplayItem(item))
             return i;
+    }
+    return -1;
+}
+
+int DisplayItemTreeWidgetItem::positionOfChildRow(const QTreeWidgetItem* row, int start) const
+{
+    // Outwards from start, both ways: QTreeWidgetItem::indexOfChild scans
+    // from the front, which costs the row's position on every removal.
+    const int count = childCount();
+    if (count == 0)
+        return -1;
+    start = qBound(0, start, count - 1);
+    const int reach = std::max(start, count - 1 - start);
+    for (int distance = 0; distance <= reach; ++distance) {
+        if (start + distance < count && child(start + distance) == row)
+            return start + distance;
+        if (distance > 0 && distance <= start && child(start - distance) == row)
+            return start - distance;
     }
     return -1;
 }

@@ -87,6 +87,7 @@ private:
 
     struct ChildRowIndex;
     int positionOfFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item, int from) const;
+    int positionOfChildRow(const QTreeWidgetItem* row, int start) const;
     void indexChildren(int from);
 
     std::weak_ptr<DisplayItemInterface> m_displayItem;

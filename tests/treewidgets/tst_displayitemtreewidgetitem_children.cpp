@@ -84,6 +84,7 @@ private slots:
     void rowOfGoneItemNeverMatches();
     void foreignRowsAreSkipped();
     void runOfRemovalsKeepsOrder();
+    void scatteredRemovalsTakeTheRightRows();
 
 private:
     std::unique_ptr<QTreeWidget> m_tree;
@@ -252,6 +253,27 @@ void tst_DisplayItemTreeWidgetItemChildren::runOfRemovalsKeepsOrder()
     }
     QCOMPARE(wide.parentRow->childCount(), position);
     QCOMPARE(position, 300);
+}
+
+void tst_DisplayItemTreeWidgetItemChildren::scatteredRemovalsTakeTheRightRows()
+{
+    // Jumps back and forth across the list, far from where the last row was
+    // taken, so that the search for the row's position has to go both ways.
+    Wide wide = makeWide(m_tree.get(), 900);
+    for (int step = 0; step < 300; ++step) {
+        const std::shared_ptr<DisplayItem>& item
+            = wide.items[static_cast<std::size_t>((step * 7 + (step % 2) * 450) % 900)];
+        int expected = -1;
+        for (int i = 0; i < wide.parentRow->childCount() && expected < 0; ++i) {
+            if (rowAt(wide.parentRow, i)->getDisplayItem() == std::static_pointer_cast<DisplayItemInterface>(item))
+                expected = i;
+        }
+        QVERIFY2(expected >= 0, qPrintable(QString("step %1").arg(step)));
+        takeAndCheck(wide.parentRow, item, expected);
+        if (QTest::currentTestFailed())
+            return;
+    }
+    QCOMPARE(wide.parentRow->childCount(), 600);
 }
 
 QTEST_MAIN(tst_DisplayItemTreeWidgetItemChildren)
