@@ -56,6 +56,7 @@ bool DisplayItem::isVisible() const
 
 DisplayItemList DisplayItem::getChildren() const
 {
+    closeEmptySlots();
     return DisplayItemList(m_children.begin(), m_children.end());
 }
 
@@ -95,6 +96,7 @@ DisplayModel* DisplayItem::getDisplayModel() const
 std::uint64_t DisplayItem::getNumberOfDisplayItems() const
 {
     std::uint64_t count = 1;
+    closeEmptySlots();
     for (const auto& child : m_children)
         count += child->getNumberOfDisplayItems();
     return count;
@@ -185,19 +187,20 @@ void DisplayItem::setDisplayName(std::string displayName)
 void DisplayItem::appendChild(std::shared_ptr<DisplayItem> child)
 {
     checkCanAdopt(child);
-    insertChild(m_children.size(), std::move(child));
+    insertChild(childCount(), std::move(child));
 }
 
 void DisplayItem::insertChild(std::size_t index, std::shared_ptr<DisplayItem> child)
 {
     checkCanAdopt(child);
-    if (index > m_children.size())
+    if (index > childCount())
         throw std::out_of_range("DisplayItem::insertChild: index beyond the last child");
     const auto self = selfReference();
     if (child->m_parent)
         child->m_parent->removeChild(child, true);
-    // Moving a child within this item shortens the list by one.
-    attachWithoutEvent(std::min(index, m_children.size()), child);
+    // Moving a child within this item shortens the list by one; the
+    // attachment puts it last then.
+    attachWithoutEvent(index, child);
     m_observers.notifyItemsAdded(DisplayItemList{child});
 }
 
@@ -220,7 +223,7 @@ void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>
             child->m_parent->removeChild(child, true);
     }
     for (const auto& child : children)
-        attachWithoutEvent(m_children.size(), child);
+        attachWithoutEvent(childCount(), child);
     m_observers.notifyItemsAdded(DisplayItemList(children.begin(), children.end()));
 }
 
@@ -239,26 +242,35 @@ std::size_t DisplayItem::removeChildren(const DisplayItemSet& children, bool kee
 
 std::size_t DisplayItem::childCount() const
 {
-    return m_children.size();
+    return m_children.size() - m_emptySlots;
 }
 
 std::shared_ptr<DisplayItem> DisplayItem::childAt(std::size_t index) const
 {
+    closeEmptySlots();
     return index < m_children.size() ? m_children[index] : nullptr;
 }
 
 const std::vector<std::shared_ptr<DisplayItem>>& DisplayItem::children() const
 {
+    closeEmptySlots();
     return m_children;
 }
 
 int DisplayItem::indexOfChild(const DisplayItemInterface* child) const
 {
+    closeEmptySlots();
+    return slotOfChild(child);
+}
+
+int DisplayItem::slotOfChild(const DisplayItemInterface* child) const
+{
     // Removals tend to walk through the children in order, forwards or
     // backwards; searching outwards from the last find keeps such a walk
-    // from scanning the whole list each time. A child is in the list once.
+    // from scanning the whole list each time. A child is in the list once,
+    // and an empty slot never matches.
     const std::size_t size = m_children.size();
-    if (size == 0)
+    if (size == 0 || !child)
         return -1;
     const std::size_t start = std::min(m_childSearchStart, size - 1);
     const auto found = [this, child](std::size_t i) {
@@ -286,6 +298,7 @@ std::shared_ptr<DisplayItem> DisplayItem::findByDisplayName(const std::string& n
 {
     if (m_displayName == name)
         return shared_from_this();
+    closeEmptySlots();
     for (const auto& child : m_children) {
         if (auto found = child->findByDisplayName(name))
             return found;
@@ -422,7 +435,9 @@ void DisplayItem::checkCanAdopt(const std::shared_ptr<DisplayItem>& child) const
 
 void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
 {
-    m_children.insert(m_children.begin() + static_cast<std::ptrdiff_t>(index), child);
+    closeEmptySlots();
+    const std::size_t position = std::min(index, m_children.size());
+    m_children.insert(m_children.begin() + static_cast<std::ptrdiff_t>(position), child);
     child->m_parent = this;
     child->setDisplayModelRecursively(m_displayModel);
     child->setResourcesReleasedRecursively(false);
@@ -430,11 +445,19 @@ void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<Di
 
 std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemInterface* child, bool keepResources)
 {
-    const int index = indexOfChild(child);
-    if (index < 0)
+    const int slot = slotOfChild(child);
+    if (slot < 0)
         return nullptr;
-    std::shared_ptr<DisplayItem> removed = m_children[static_cast<std::size_t>(index)];
-    m_children.erase(m_children.begin() + index);
+    std::shared_ptr<DisplayItem> removed = std::move(m_children[static_cast<std::size_t>(slot)]);
+    ++m_emptySlots;
+    // Empty slots at the end cost nothing to drop; once half the slots are
+    // empty they are closed, so that the list never grows without bound.
+    while (!m_children.empty() && !m_children.back()) {
+        m_children.pop_back();
+        --m_emptySlots;
+    }
+    if (m_emptySlots * 2 > m_children.size())
+        closeEmptySlots();
     // A child shared with another tree keeps its real parent.
     if (removed->m_parent == this) {
         removed->m_parent = nullptr;
@@ -445,11 +468,19 @@ std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemIn
     return removed;
 }
 
+void DisplayItem::closeEmptySlots() const
+{
+    if (m_emptySlots == 0)
+        return;
+    m_children.erase(std::remove(m_children.begin(), m_children.end(), nullptr), m_children.end());
+    m_emptySlots = 0;
+}
+
 void DisplayItem::setDisplayModelRecursively(DisplayModel* model)
 {
     m_displayModel = model;
     for (const auto& child : m_children) {
-        if (child->m_parent == this)
+        if (child && child->m_parent == this)
             child->setDisplayModelRecursively(model);
     }
 }
@@ -458,7 +489,7 @@ void DisplayItem::setResourcesReleasedRecursively(bool released)
 {
     m_resourcesReleased = released;
     for (const auto& child : m_children) {
-        if (child->m_parent == this)
+        if (child && child->m_parent == this)
             child->setResourcesReleasedRecursively(released);
     }
 }
@@ -467,6 +498,7 @@ void DisplayItem::collectPreOrder(DisplayItemList& items) const
 {
     // const_pointer_cast: the list hands out the same shared items getChildren does.
     items.push_back(std::const_pointer_cast<DisplayItem>(shared_from_this()));
+    closeEmptySlots();
     for (const auto& child : m_children)
         child->collectPreOrder(items);
 }

@@ -171,8 +171,13 @@ private:
 
     void checkCanAdopt(const std::shared_ptr<DisplayItem>& child) const;
     void attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child);
-    /// Takes the child out of m_children; empty if it is not a child.
+    /// Takes the child out of m_children, leaving its slot empty; empty if it is not a child.
     std::shared_ptr<DisplayItem> detachWithoutEvent(const DisplayItemInterface* child, bool keepResources);
+    /// Closes the slots that removals left empty; every read of positions or
+    /// of the list comes through here first.
+    void closeEmptySlots() const;
+    /// Slot of \a child in m_children, empty slots included; -1 if none.
+    int slotOfChild(const DisplayItemInterface* child) const;
     /// Sets the model on this item and on the descendants it owns (whose parent it is).
     void setDisplayModelRecursively(DisplayModel* model);
     void setResourcesReleasedRecursively(bool released);
@@ -184,7 +189,12 @@ private:
 
     std::string m_displayName;
     DisplayItem* m_parent = nullptr;
-    std::vector<std::shared_ptr<DisplayItem>> m_children;
+    // A removal only empties the child's slot, and the next read closes all
+    // empty slots at once: removing children one by one from a wide item then
+    // costs linear time in all instead of shifting the whole tail each time.
+    // Closing them changes no position anyone can see, hence mutable.
+    mutable std::vector<std::shared_ptr<DisplayItem>> m_children;
+    mutable std::size_t m_emptySlots = 0;
     DisplayModel* m_displayModel = nullptr;
     PropertyList m_businessProperties;
     PropertyList m_displayProperties;

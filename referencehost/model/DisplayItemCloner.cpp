@@ -109,8 +109,8 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyNode(const DisplayItem& orig
 
 void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& copy)
 {
-    copy.m_children.reserve(original.m_children.size());
-    for (const auto& child : original.m_children) {
+    copy.m_children.reserve(original.children().size());
+    for (const auto& child : original.children()) {
         if (PendingDefect* drop = defectFor(*child, CloneDefect::Kind::DropChild)) {
             drop->applied = true;
             recordSubtree(*child, false);
@@ -143,8 +143,8 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyRepeated(const DisplayItem& 
     // Not recorded in the map: references to the original keep following its first copy.
     auto copy = original.copyWithoutChildren();
     m_copies.push_back(copy);
-    copy->m_children.reserve(original.m_children.size());
-    for (const auto& child : original.m_children) {
+    copy->m_children.reserve(original.children().size());
+    for (const auto& child : original.children()) {
         auto childCopy = copyRepeated(*child);
         childCopy->m_parent = copy.get();
         copy->m_children.push_back(childCopy);
@@ -170,7 +170,7 @@ void DisplayItemCloner::recordSubtree(const DisplayItem& original, bool shared)
     if (shared)
         counterpart = std::const_pointer_cast<DisplayItem>(original.shared_from_this());
     m_map.add(&original, counterpart);
-    for (const auto& child : original.m_children)
+    for (const auto& child : original.children())
         recordSubtree(*child, shared);
 }
 

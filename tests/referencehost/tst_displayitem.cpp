@@ -2,6 +2,7 @@
 #include "TestTree.h"
 
 #include <referencehost/model/DisplayItem.h>
+#include <referencehost/model/DisplayItemCloner.h>
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -49,6 +50,8 @@ private slots:
     void movingAChildReparentsIt();
     void indexOfChildInAnyOrder_data();
     void indexOfChildInAnyOrder();
+    void removedChildrenLeaveNoTrace_data();
+    void removedChildrenLeaveNoTrace();
     void invalidChildrenAreRefused();
     void removeChildResults();
     void removeChildrenRaisesOneEvent();
@@ -254,6 +257,82 @@ void TestDisplayItem::indexOfChildInAnyOrder()
     QCOMPARE(parent->indexOfChild(stranger.get()), -1);
     QCOMPARE(parent->indexOfChild(nullptr), -1);
     QCOMPARE(std::make_shared<DisplayItem>("empty")->indexOfChild(children.front().get()), -1);
+}
+
+void TestDisplayItem::removedChildrenLeaveNoTrace_data()
+{
+    QTest::addColumn<QList<int>>("removed");
+
+    QTest::newRow("none") << QList<int>{};
+    QTest::newRow("every third from the front") << QList<int>{0, 3, 6, 9};
+    QTest::newRow("from the back") << QList<int>{11, 10, 9};
+    QTest::newRow("the last only") << QList<int>{11};
+    QTest::newRow("more than half") << QList<int>{1, 2, 3, 5, 6, 7, 8};
+    QTest::newRow("all but one") << QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 11};
+    QTest::newRow("all") << QList<int>{4, 0, 11, 1, 2, 3, 5, 6, 7, 8, 9, 10};
+}
+
+void TestDisplayItem::removedChildrenLeaveNoTrace()
+{
+    QFETCH(QList<int>, removed);
+
+    // Each child has a child of its own, so that counts and walks reach below.
+    auto parent = std::make_shared<DisplayItem>("parent");
+    std::vector<std::shared_ptr<DisplayItem>> children;
+    for (int i = 0; i < 12; ++i) {
+        children.push_back(std::make_shared<DisplayItem>("c" + std::to_string(i)));
+        children.back()->appendChild(std::make_shared<DisplayItem>("g" + std::to_string(i)));
+    }
+    parent->appendChildren(children);
+    std::vector<std::shared_ptr<DisplayItem>> expected = children;
+    for (const int index : removed) {
+        const auto child = children[static_cast<std::size_t>(index)];
+        QCOMPARE(parent->removeChild(child, false), RemoveChildResult::Removed);
+        QCOMPARE(child->getParent(), nullptr);
+        expected.erase(std::find(expected.begin(), expected.end(), child));
+        QCOMPARE(parent->childCount(), expected.size());
+    }
+
+    // Every read sees exactly the children that are left, in their order.
+    QCOMPARE(parent->children(), expected);
+    QCOMPARE(parent->getChildren(), DisplayItemList(expected.begin(), expected.end()));
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        QCOMPARE(parent->childAt(i), expected[i]);
+        QCOMPARE(parent->indexOfChild(expected[i].get()), static_cast<int>(i));
+    }
+    QCOMPARE(parent->childAt(expected.size()), nullptr);
+    QCOMPARE(parent->getNumberOfDisplayItems(), std::uint64_t(1 + 2 * expected.size()));
+    DisplayItemList subtree;
+    parent->collectSubtree(subtree);
+    QCOMPARE(subtree.size(), 1 + 2 * expected.size());
+    for (const int index : removed) {
+        QCOMPARE(parent->indexOfChild(children[static_cast<std::size_t>(index)].get()), -1);
+        QCOMPARE(parent->findByDisplayName("c" + std::to_string(index)), nullptr);
+    }
+    QCOMPARE(parent->removeChild(children[static_cast<std::size_t>(removed.value(0, 0))], false),
+             removed.isEmpty() ? RemoveChildResult::Removed : RemoveChildResult::NotAChild);
+    if (removed.isEmpty())
+        expected.erase(expected.begin());
+
+    // A copy of the tree has no trace of them either.
+    DisplayItemCloner cloner(std::vector<CloneDefect>{});
+    const auto copy = cloner.cloneTree(parent, false);
+    QCOMPARE(copy->childCount(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        QCOMPARE(copy->childAt(i)->getDisplayName(), expected[i]->getDisplayName());
+
+    // Positions for insertion are those of the children left.
+    const auto inserted = std::make_shared<DisplayItem>("inserted");
+    parent->insertChild(std::min<std::size_t>(1, expected.size()), inserted);
+    expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(1, expected.size())),
+                    inserted);
+    const auto appended = std::make_shared<DisplayItem>("appended");
+    parent->appendChild(appended);
+    expected.push_back(appended);
+    QVERIFY_EXCEPTION_THROWN(parent->insertChild(expected.size() + 1, std::make_shared<DisplayItem>("far")),
+                             std::out_of_range);
+    QCOMPARE(parent->children(), expected);
+    QCOMPARE(inserted->getParent(), static_cast<DisplayItemInterface*>(parent.get()));
 }
 
 void TestDisplayItem::movingAChildReparentsIt()
