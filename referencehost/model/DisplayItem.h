@@ -205,7 +205,7 @@ private:
     bool m_resourcesReleased = false;
     bool m_observerOwnerSet = false;
     int m_visualNotificationCount = 0;
-    // Where indexOfChild last found a child: the next search starts there.
+    // Where slotOfChild last found a child: the next search starts there.
     mutable std::size_t m_childSearchStart = 0;
     DisplayItemObserverList m_observers;
 };

@@ -29,7 +29,7 @@ DisplayItemEventObserver& DisplayItemEventObserver::operator=(const DisplayItemE
 DisplayItemEventObserver::~DisplayItemEventObserver()
 {
     // The items call back into m_observedItems while we unregister; work on a copy.
-    const QVarLengthArray<std::weak_ptr<DisplayItemInterface>, 1> observed = m_observedItems;
+    const auto observed = m_observedItems;
     m_observedItems.clear();
     for (const auto& weakItem : observed) {
         if (const auto item = weakItem.lock())
