@@ -20,6 +20,23 @@ bool isContinuationByte(char c)
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
+// Qt's parser refuses objects and arrays nested deeper than this.
+constexpr std::size_t kParserNestingLimit = 1024;
+
+/// \a key as Qt's parser compares it with a key written without escapes:
+/// a surrogate that is not part of a pair stands for U+FFFD.
+QString keyAsParserCompares(QString key)
+{
+    for (int i = 0; i < key.size(); ++i) {
+        const QChar c = key.at(i);
+        if (c.isHighSurrogate() && i + 1 < key.size() && key.at(i + 1).isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate())
+            key[i] = QChar::ReplacementCharacter;
+    }
+    return key;
+}
+
 int hexValue(char c)
 {
     if (c >= '0' && c <= '9')
@@ -82,6 +99,11 @@ std::optional<JsonTextLocator::DuplicateKey> JsonTextLocator::firstDuplicateKey(
     while (pos >= 0 && pos < m_text.size()) {
         const char c = m_text[pos];
         if (c == '{' || c == '[') {
+            // Past the parser's limit the file is refused for its nesting
+            // anyway; keys kept per level would cost memory in proportion to
+            // the file instead.
+            if (frames.size() == kParserNestingLimit)
+                return std::nullopt;
             frames.push_back(Frame{c == '{', c == '{', {}});
             ++pos;
         } else if (c == '}' || c == ']') {
@@ -99,6 +121,11 @@ std::optional<JsonTextLocator::DuplicateKey> JsonTextLocator::firstDuplicateKey(
             const int keyStart = pos;
             pos = skipString(pos, isKey ? &key : nullptr);
             if (isKey && pos >= 0) {
+                // Keys that differ only in lone surrogates are one key to the
+                // parser when only one of them is escaped; taking them as one
+                // here as well may refuse a pair the parser would keep apart,
+                // but lets no repeated key through.
+                key = keyAsParserCompares(std::move(key));
                 Frame& frame = frames.back();
                 if (frame.keys.contains(key))
                     return DuplicateKey{key, keyStart};

@@ -50,8 +50,10 @@ public:
     /// position just after the last character. A leading byte order mark
     /// takes no column.
     Position position(int offset) const;
-    /// The first key, in text order, that repeats a key of the same object;
-    /// empty when there is none or the text is not well-formed.
+    /// The first key, in text order, that repeats a key of the same object,
+    /// keys compared as Qt's parser compares them; empty when there is none,
+    /// the text is not well-formed or it nests deeper than the parser takes
+    /// before a repeated key (the parser refuses it then).
     std::optional<DuplicateKey> firstDuplicateKey() const;
     /// True when the text ends inside a string, an object or an array: it was
     /// cut short (or never finished).

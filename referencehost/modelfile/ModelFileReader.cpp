@@ -1,5 +1,6 @@
 #include "ModelFileReader.h"
 
+#include "MessageText.h"
 #include "ModelFile.h"
 
 #include <referencehost/model/DisplayItem.h>
@@ -42,9 +43,53 @@ struct ReadFailure
     throw ReadFailure{path, std::move(message)};
 }
 
-QString quoted(const QString& text)
+bool isLetter(char c)
 {
-    return QLatin1Char('"') + text + QLatin1Char('"');
+    return c >= 'a' && c <= 'z';
+}
+
+/// As QByteArray::trimmed takes it.
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+/// The word that starts just before \a offset (where the parser reports an
+/// illegal value) when nothing but whitespace follows it; empty otherwise.
+QByteArray wordEndingTheText(const QByteArray& text, int offset)
+{
+    const int start = offset - 1;
+    if (start < 0 || start >= text.size() || !isLetter(text[start]))
+        return {};
+    int end = start;
+    while (end < text.size() && isLetter(text[end]))
+        ++end;
+    for (int pos = end; pos < text.size(); ++pos) {
+        if (!isSpace(text[pos]))
+            return {};
+    }
+    return text.mid(start, end - start);
+}
+
+bool isLiteral(const QByteArray& word)
+{
+    return word == "true" || word == "false" || word == "null";
+}
+
+/// Only whitespace and perhaps a byte order mark; read in place, as a copy
+/// of a large text would cost as much memory again.
+bool isBlank(const QByteArray& text)
+{
+    bool bom = false;
+    for (int pos = 0; pos < text.size(); ++pos) {
+        if (!bom && text.mid(pos, 3) == "\xEF\xBB\xBF") {
+            bom = true;
+            pos += 2;
+        } else if (!isSpace(text[pos])) {
+            return false;
+        }
+    }
+    return true;
 }
 
 QString syntaxReason(QJsonParseError::ParseError error)
@@ -148,7 +193,7 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     if (m_text.size() > m_limits.maxFileSize)
         throw ReadFailure{JsonPath(), QStringLiteral("the file is larger than %1 bytes").arg(m_limits.maxFileSize), -1,
                           false};
-    if (m_text.trimmed().isEmpty() || m_text.trimmed() == "\xEF\xBB\xBF")
+    if (isBlank(m_text))
         throw ReadFailure{JsonPath(), QStringLiteral("the file is empty, expected a JSON object"), 0};
 
     // Qt's parser (5.15) keeps the last of repeated keys and loses the first
@@ -169,7 +214,14 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     }
     if (parseError.error != QJsonParseError::NoError) {
         // Qt reports a cut-off text with whatever it expected next; say what happened.
-        const bool truncated = m_locator.endsInsideValue() && parseError.offset >= m_locator.lastNonWhitespace();
+        // A literal cut short ("tr") is a word that is no JSON value; a whole
+        // one at the end ends a text that is not finished.
+        const QByteArray lastWord = parseError.error == QJsonParseError::IllegalValue
+            ? wordEndingTheText(m_text, parseError.offset)
+            : QByteArray();
+        const bool atEnd
+            = lastWord.isEmpty() ? parseError.offset >= m_locator.lastNonWhitespace() : isLiteral(lastWord);
+        const bool truncated = atEnd && m_locator.endsInsideValue();
         const QString message = truncated ? QStringLiteral("unexpected end of the file, the JSON text is incomplete")
                                           : QStringLiteral("not valid JSON: ") + syntaxReason(parseError.error);
         // For these errors QJsonDocument reports the offset just after the
@@ -197,7 +249,7 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     // QJsonDocument keeps the last of repeated keys silently; a file that says
     // two things about one field is refused instead.
     if (duplicate)
-        throw ReadFailure{JsonPath(), QStringLiteral("duplicate key %1").arg(quoted(duplicate->key)),
+        throw ReadFailure{JsonPath(), QStringLiteral("duplicate key %1").arg(quotedExcerpt(duplicate->key)),
                           duplicate->offset};
     if (!document.isObject())
         fail(top.path(), QStringLiteral("expected a JSON object at the top level"));
@@ -207,7 +259,7 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     const Location formatPath = top.child(QStringLiteral("format"));
     const QJsonValue formatValue = required(object, top, QStringLiteral("format"));
     if (!formatValue.isString() || formatValue.toString() != format)
-        fail(formatPath.path(), QStringLiteral("expected %1 for \"format\"").arg(quoted(format)));
+        fail(formatPath.path(), QStringLiteral("expected %1 for \"format\"").arg(quotedExcerpt(format)));
     const Location versionPath = top.child(QStringLiteral("version"));
     const int version = toInt(required(object, top, QStringLiteral("version")), versionPath);
     if (version != ModelFile::formatVersion)
@@ -363,7 +415,7 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
         fail(path.child(kKind).path(),
              QStringLiteral("unknown item kind %1, expected DisplayItem, ShellItem, "
                             "GeometryModuleItem or LabelableItem")
-                 .arg(quoted(kind)));
+                 .arg(quotedExcerpt(kind)));
     checkKnownFields(object, path, known);
 
     const std::string name = requiredText(object, path, kName, m_limits.maxNameLength).toStdString();
@@ -388,7 +440,7 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
                 if (listed.contains(reference->id))
                     fail(reference->path,
                          QStringLiteral("the item id %1 is listed twice in \"geometryItems\"")
-                             .arg(quoted(reference->id)));
+                             .arg(quotedExcerpt(reference->id)));
                 listed.insert(reference->id);
                 m_geometryReferences.emplace_back(module.get(), std::move(*reference));
             }
@@ -416,7 +468,7 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
             const JsonTextLocator::Position first = m_locator.valuePosition(existing->second);
             fail(idPath.path(),
                  QStringLiteral("duplicate item id %1 (first used at line %2, column %3)")
-                     .arg(quoted(id))
+                     .arg(quotedExcerpt(id))
                      .arg(first.line)
                      .arg(first.column));
         }
@@ -498,7 +550,7 @@ ModelFileReader::readPropertyList(const QJsonValue& value, const Location& path,
         if (uniqueNames) {
             if (names.contains(name))
                 fail(pairPath.child(0).path(),
-                     QStringLiteral("duplicate property %1 in %2").arg(quoted(name), path.describe()));
+                     QStringLiteral("duplicate property %1 in %2").arg(quotedExcerpt(name), path.describe()));
             names.insert(name);
         }
         result.emplace_back(name.toStdString(), text.toStdString());
@@ -525,7 +577,7 @@ std::shared_ptr<DisplayItem> ModelFileReader::resolve(const std::optional<Refere
     const auto it = m_items.constFind(reference->id);
     if (it == m_items.constEnd())
         fail(reference->path,
-             QStringLiteral("unknown item id %1 in %2").arg(quoted(reference->id), reference->path.describe()));
+             QStringLiteral("unknown item id %1 in %2").arg(quotedExcerpt(reference->id), reference->path.describe()));
     return it->first;
 }
 
@@ -558,7 +610,7 @@ void ModelFileReader::checkKnownFields(const QJsonObject& object, const Location
 {
     for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
         if (!known.contains(it.key()))
-            fail(path.child(it.key()).path(), QStringLiteral("unknown field %1").arg(quoted(it.key())));
+            fail(path.child(it.key()).path(), QStringLiteral("unknown field %1").arg(quotedExcerpt(it.key())));
     }
 }
 
@@ -614,7 +666,7 @@ QJsonValue ModelFileReader::required(const QJsonObject& object, const Location& 
 {
     const auto it = object.constFind(key);
     if (it == object.constEnd())
-        fail(path.path(), QStringLiteral("missing field %1").arg(quoted(key)));
+        fail(path.path(), QStringLiteral("missing field %1").arg(quotedExcerpt(key)));
     return it.value();
 }
 

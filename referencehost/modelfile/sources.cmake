@@ -8,6 +8,10 @@ set(BRENNVIK_REFERENCEHOST_MODELFILE_SOURCES
     modelfile/ModelFileError.h
     modelfile/ModelFileError.cpp
     modelfile/ModelFileLimits.h
+    modelfile/IndentedJsonSize.h
+    modelfile/IndentedJsonSize.cpp
+    modelfile/MessageText.h
+    modelfile/MessageText.cpp
     modelfile/ModelFileReader.h
     modelfile/ModelFileReader.cpp
     modelfile/ModelFileWriter.h

@@ -3,6 +3,9 @@
 
 #include <QtTest>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 using namespace Brennvik;
 
 namespace {
@@ -51,6 +54,8 @@ private slots:
     void malformedInput();
     void errorFields();
     void validHeadLoads();
+    void deepNestingIsRefusedInBoundedMemory_data();
+    void deepNestingIsRefusedInBoundedMemory();
 };
 
 void TestModelFileErrors::malformedInput_data()
@@ -92,6 +97,31 @@ void TestModelFileErrors::malformedInput_data()
     row("top-level array", "[{\"format\": \"brennvik-display-model\", \"version\": 1}]",
         "model.json:1:1: expected a JSON object at the top level");
     row("duplicate key", kHead + "\"displayModel\": {}, \"version\": 1}", "model.json:2:21: duplicate key \"version\"");
+    // Qt's parser takes an escaped lone surrogate and a raw U+FFFD for one key.
+    row("lone surrogate and replacement character",
+        kHead + "\"displayModel\": {}, \"\\ud800\": [], \"\xef\xbf\xbd\": []}",
+        "model.json:2:35: duplicate key \"\xef\xbf\xbd\"");
+    row("lone surrogates and replacement characters",
+        kHead + "\"displayModel\": {}, \"\\udc00\\ud800\": {}, \"\xef\xbf\xbd\xef\xbf\xbd\": {}}",
+        "model.json:2:41: duplicate key \"\xef\xbf\xbd\xef\xbf\xbd\"");
+    // Quoted input is cut, so that a huge key does not make a huge message.
+    row("long duplicate key",
+        kHead + "\"displayModel\": {}, \"" + QByteArray(5000, 'k') + "\": 1, \"" + QByteArray(5000, 'k') + "\": 2}",
+        "model.json:2:5028: duplicate key \"" + QString(40, QLatin1Char('k')) + "...\"");
+    row("long unknown field", kHead + "\"displayModel\": {}, \"" + QByteArray(5000, 'x') + "\": 0}",
+        "model.json:2:5025: unknown field \"" + QString(40, QLatin1Char('x')) + "...\"");
+    row("long unknown item kind", withRoot("{\"kind\": \"" + QByteArray(1000, 'M') + "\", \"name\": \"r\"}"),
+        "model.json:3:10: unknown item kind \"" + QString(40, QLatin1Char('M'))
+            + "...\", expected DisplayItem, ShellItem, GeometryModuleItem or LabelableItem");
+    // A literal cut short is a word that is not a JSON value, wherever it ends.
+    row("cut inside true", kHead + "\"displayModel\": {\"root\": {\"name\": \"r\", \"visible\": tr",
+        "model.json:2:51: not valid JSON: expected a JSON value");
+    row("cut inside false", kHead + "\"displayModel\": {\"root\": {\"name\": \"r\", \"visible\": fals",
+        "model.json:2:51: not valid JSON: expected a JSON value");
+    row("cut inside null", kHead + "\"displayModel\": {\"root\": null, \"kind7Source\": n",
+        "model.json:2:47: not valid JSON: expected a JSON value");
+    row("cut after a whole literal", kHead + "\"displayModel\": {\"root\": null",
+        "model.json:2:30: unexpected end of the file, the JSON text is incomplete");
 
     // The top level.
     row("missing format", "{\"version\": 1, \"displayModel\": {}}", "model.json:1:1: missing field \"format\"");
@@ -276,6 +306,47 @@ void TestModelFileErrors::validHeadLoads()
         const auto model = ModelFile::loadFromData(json, QStringLiteral("model.json"), &error);
         QVERIFY2(model, qPrintable(error.toString()));
     }
+}
+
+void TestModelFileErrors::deepNestingIsRefusedInBoundedMemory_data()
+{
+    QTest::addColumn<QByteArray>("opening");
+    QTest::newRow("objects") << QByteArray("{\"a\":");
+    QTest::newRow("arrays") << QByteArray("[");
+}
+
+void TestModelFileErrors::deepNestingIsRefusedInBoundedMemory()
+{
+#if defined(__SANITIZE_ADDRESS__)
+    QSKIP("the address sanitizer reserves more address space than this test allows");
+#endif
+    QFETCH(QByteArray, opening);
+    // 20 MB of openings, refused at the parser's 1,025th level.
+    const QByteArray json = opening.repeated(20 * 1024 * 1024 / opening.size());
+    const QString expected = QStringLiteral("model.json:1:%1: not valid JSON: objects and arrays nested too deeply")
+                                 .arg(1024 * opening.size() + 1);
+
+    // Memory in proportion to the file's size would exceed this limit.
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        QSKIP("no /proc/self/statm to measure the address space from");
+    const rlim_t used = statm.readAll().split(' ').value(0).toULongLong() * ::sysconf(_SC_PAGESIZE);
+    rlimit previous{};
+    QCOMPARE(::getrlimit(RLIMIT_AS, &previous), 0);
+    rlimit bounded = previous;
+    bounded.rlim_cur = used + 64 * 1024 * 1024;
+    QCOMPARE(::setrlimit(RLIMIT_AS, &bounded), 0);
+    ModelFileError error;
+    bool loaded = true;
+    try {
+        loaded = ModelFile::loadFromData(json, QStringLiteral("model.json"), &error) != nullptr;
+    } catch (const std::bad_alloc&) {
+        ::setrlimit(RLIMIT_AS, &previous);
+        QFAIL("the loader ran out of memory");
+    }
+    ::setrlimit(RLIMIT_AS, &previous);
+    QVERIFY(!loaded);
+    QCOMPARE(error.toString(), expected);
 }
 
 QTEST_GUILESS_MAIN(TestModelFileErrors)
