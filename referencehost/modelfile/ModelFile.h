@@ -34,11 +34,13 @@ public:
 
     /// Writes \a viewModel to \a path, replacing the file only once all of it
     /// is written. False with "path: reason" in \a error (which may be null).
-    static bool save(const SceneViewModel& viewModel, const QString& path, QString* error);
+    static bool save(const SceneViewModel& viewModel, const QString& path, QString* error,
+                     const ModelFileLimits& limits = {});
     /// The file's text for \a viewModel (indented, keys in alphabetical order,
     /// so the same model always gives the same bytes); empty when the model
     /// cannot be written, with the reason in \a error (which may be null).
-    static QByteArray toJson(const SceneViewModel& viewModel, QString* error = nullptr);
+    static QByteArray toJson(const SceneViewModel& viewModel, QString* error = nullptr,
+                             const ModelFileLimits& limits = {});
 };
 
 } // namespace Brennvik

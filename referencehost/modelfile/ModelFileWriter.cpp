@@ -1,5 +1,7 @@
 #include "ModelFileWriter.h"
 
+#include "IndentedJsonSize.h"
+#include "MessageText.h"
 #include "ModelFile.h"
 
 #include <referencehost/model/DisplayItem.h>
@@ -36,7 +38,28 @@ struct WriteFailure
 
 QString quoted(const std::string& text)
 {
-    return QLatin1Char('"') + QString::fromStdString(text) + QLatin1Char('"');
+    return quotedExcerpt(QString::fromStdString(text));
+}
+
+/// Objects and arrays Qt's parser takes nested in each other.
+constexpr int kParserNestingLimit = 1024;
+
+/// How deep the file nests the object of an item at \a level: each level
+/// adds the object and its "children" array, below the top-level and model
+/// objects.
+int itemNesting(int level)
+{
+    return 2 * level + 1;
+}
+
+/// How deep the file nests what \a item holds below its own object: a
+/// property list and its pairs, or the children or geometry array.
+int innerNesting(const DisplayItem& item)
+{
+    if (!item.businessProperties().empty() || !item.displayProperties().empty())
+        return 2;
+    const auto* module = dynamic_cast<const GeometryModuleItem*>(&item);
+    return item.childCount() > 0 || (module && !module->getGeometryDisplayItems().empty()) ? 1 : 0;
 }
 
 QString itemName(const DisplayItem& item)
@@ -55,6 +78,7 @@ bool ModelFileWriter::write(const SceneViewModel& viewModel, QJsonObject* object
 {
     m_numbers.clear();
     m_referenced.clear();
+    m_textSize = 0;
     try {
         numberTree(viewModel.displayModel().rootDisplayItem());
         numberTree(viewModel.labelDisplayModel().rootDisplayItem());
@@ -70,6 +94,10 @@ bool ModelFileWriter::write(const SceneViewModel& viewModel, QJsonObject* object
             result.insert(QStringLiteral("editor"), editorObject(viewModel));
         else
             result.insert(QStringLiteral("editor"), QJsonValue::Null);
+        // Known only now that all of it is there; the sum of its texts has
+        // bounded what building it may cost.
+        if (indentedJsonSize(result) > m_limits.maxFileSize)
+            failTooLarge();
         if (object)
             *object = std::move(result);
         return true;
@@ -93,6 +121,9 @@ void ModelFileWriter::numberTree(const std::shared_ptr<DisplayItem>& root)
             fail(QStringLiteral("the item %1 is nested deeper than %2 levels")
                      .arg(itemName(*item))
                      .arg(m_limits.maxDepth));
+        if (itemNesting(depth) + innerNesting(*item) > kParserNestingLimit)
+            fail(QStringLiteral("the file would nest objects and arrays deeper than %1 levels")
+                     .arg(kParserNestingLimit));
         if (static_cast<int>(m_numbers.size()) >= m_limits.maxItems)
             fail(QStringLiteral("the model has more than %1 items").arg(m_limits.maxItems));
         const auto inserted
@@ -332,7 +363,16 @@ QString ModelFileWriter::text(const std::string& value, int maxLength, const QSt
     QString result = QString::fromStdString(value);
     if (result.size() > maxLength)
         fail(QStringLiteral("%1 is longer than %2 characters").arg(what).arg(maxLength));
+    // Each character takes at least a byte of the file.
+    m_textSize += result.size();
+    if (m_textSize > m_limits.maxFileSize)
+        failTooLarge();
     return result;
+}
+
+void ModelFileWriter::failTooLarge() const
+{
+    fail(QStringLiteral("the file would be larger than %1 bytes").arg(m_limits.maxFileSize));
 }
 
 } // namespace Brennvik

@@ -23,7 +23,8 @@ class SceneViewModel;
 /// Turns a view model into the top-level object of a model file (see
 /// docs/model-file-format.md). It refuses models that the loader would refuse
 /// or that a file cannot express: items nested or counted beyond the limits,
-/// texts too long, references to items outside the trees, item or lookup
+/// texts too long, a text larger than the file size limit or nested deeper
+/// than Qt's parser takes, references to items outside the trees, item or lookup
 /// types of other hosts, a kind-6 index that names no step.
 class BRENNVIK_HOST_EXPORT ModelFileWriter
 {
@@ -49,11 +50,15 @@ private:
     QJsonObject editorObject(const SceneViewModel& viewModel) const;
 
     /// \a value as a JSON string; refused when longer than \a maxLength characters.
+    /// Counts its characters towards the file's size.
     QString text(const std::string& value, int maxLength, const QString& what) const;
+    [[noreturn]] void failTooLarge() const;
 
     ModelFileLimits m_limits;
     std::unordered_map<const DisplayItemInterface*, int> m_numbers;
     std::unordered_set<const DisplayItemInterface*> m_referenced;
+    /// Characters of all texts so far: a lower bound of the file's size.
+    mutable qint64 m_textSize = 0;
 };
 
 } // namespace Brennvik

@@ -19,9 +19,18 @@
 #include <map>
 #include <vector>
 
+#include <csignal>
+#include <cstring>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/types.h>
+#include <unistd.h>
+
 using namespace Brennvik;
 
 Q_DECLARE_METATYPE(std::shared_ptr<Brennvik::SceneViewModel>)
+Q_DECLARE_METATYPE(Brennvik::ModelFileLimits)
 
 namespace {
 
@@ -243,6 +252,106 @@ public:
     int getContextKind() const override { return 3; }
 };
 
+// A view model whose display tree is \a root.
+std::shared_ptr<SceneViewModel> withRoot(std::shared_ptr<DisplayItem> root)
+{
+    auto viewModel = std::make_shared<SceneViewModel>();
+    viewModel->displayModel().setRootDisplayItem(std::move(root));
+    return viewModel;
+}
+
+// A chain of \a levels items named L0, L1, ...; the last one gets a property.
+std::shared_ptr<SceneViewModel> chain(int levels)
+{
+    auto root = std::make_shared<DisplayItem>("L0");
+    auto item = root;
+    for (int level = 1; level < levels; ++level) {
+        auto child = std::make_shared<DisplayItem>("L" + std::to_string(level));
+        item->appendChild(child);
+        item = child;
+    }
+    item->setBusinessProperty("p", "v");
+    return withRoot(root);
+}
+
+// A root with \a count children.
+std::shared_ptr<SceneViewModel> withChildren(int count)
+{
+    auto root = std::make_shared<DisplayItem>("Root");
+    for (int i = 0; i < count; ++i)
+        root->appendChild(std::make_shared<DisplayItem>("C" + std::to_string(i)));
+    return withRoot(root);
+}
+
+// A root with \a count business properties whose values have \a valueLength characters.
+std::shared_ptr<SceneViewModel> withProperties(int count, int valueLength = 1)
+{
+    auto root = std::make_shared<DisplayItem>("Root");
+    for (int i = 0; i < count; ++i)
+        root->setBusinessProperty("p" + std::to_string(i), std::string(static_cast<std::size_t>(valueLength), 'v'));
+    return withRoot(root);
+}
+
+// An editor with \a count primitives.
+std::shared_ptr<SceneViewModel> withPrimitives(int count)
+{
+    auto viewModel = std::make_shared<SceneViewModel>();
+    EditorDisplayModel& editor = viewModel->ensureEditorDisplayModel();
+    for (int i = 0; i < count; ++i)
+        editor.addEditModelPrimitive("P" + std::to_string(i));
+    return viewModel;
+}
+
+// A process with \a count steps, all on the root.
+std::shared_ptr<SceneViewModel> withSteps(int count)
+{
+    auto root = std::make_shared<DisplayItem>("Root");
+    auto steps = std::make_shared<ProcessStepProvider>();
+    for (int i = 0; i < count; ++i)
+        steps->appendStep(root);
+    auto viewModel = withRoot(root);
+    viewModel->displayModel().setKind6Provider(steps);
+    return viewModel;
+}
+
+// A geometry module listing \a count of its children.
+std::shared_ptr<SceneViewModel> withGeometryItems(int count)
+{
+    auto module = std::make_shared<GeometryModuleItem>("Module");
+    for (int i = 0; i < count; ++i) {
+        auto face = std::make_shared<DisplayItem>("F" + std::to_string(i));
+        module->appendChild(face);
+        module->addGeometryDisplayItem(face);
+    }
+    return withRoot(module);
+}
+
+ModelFileLimits limitsWith(int ModelFileLimits::*limit, int value)
+{
+    ModelFileLimits limits;
+    limits.*limit = value;
+    return limits;
+}
+
+// Whether \a path names a FIFO or a character device itself (not a regular file put in its place).
+bool isSpecialFile(const QString& path)
+{
+    struct stat status
+    {
+    };
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0
+        && (S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode));
+}
+
+// Makes a FIFO or (with privileges) a null device at \a path; false when the system refuses.
+bool makeSpecialFile(const QString& kind, const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (kind == QLatin1String("FIFO"))
+        return ::mkfifo(name.constData(), 0600) == 0;
+    return ::mknod(name.constData(), S_IFCHR | 0600, makedev(1, 3)) == 0;
+}
+
 } // namespace
 
 class TestModelFile : public QObject
@@ -261,7 +370,15 @@ private slots:
     void emptyViewModel();
     void saveRefusesWhatAFileCannotHold_data();
     void saveRefusesWhatAFileCannotHold();
+    void saveRefusesWhatLoadingRefuses_data();
+    void saveRefusesWhatLoadingRefuses();
+    void saveRefusesJsonNestingTheParserRefuses();
     void saveReportsUnwritablePath();
+    void saveKeepsTheReasonOfAShortWrite();
+    void saveRefusesSpecialFiles_data();
+    void saveRefusesSpecialFiles();
+    void loadRefusesSpecialFiles_data();
+    void loadRefusesSpecialFiles();
     void loadReportsFileProblems();
     void defaultLimitsAllowLargeModels();
 
@@ -596,19 +713,17 @@ void TestModelFile::saveRefusesWhatAFileCannotHold_data()
             item = child;
         }
         viewModel->displayModel().setRootDisplayItem(root);
-        std::string path = "L0";
-        for (int level = 1; level < 257; ++level)
-            path += "/L" + std::to_string(level);
+        // Quoted names and paths are cut to a few dozen characters.
         QTest::newRow("too deep") << viewModel
-                                  << QString::fromStdString("the item \"" + path
-                                                            + "\" is nested deeper than 256 levels");
+                                  << QStringLiteral("the item \"L0/L1/L2/L3/L4/L5/L6/L7/L8/L9/L10/L11/L1...\" is "
+                                                    "nested deeper than 256 levels");
     }
     {
         auto viewModel = std::make_shared<SceneViewModel>();
         viewModel->displayModel().setRootDisplayItem(std::make_shared<DisplayItem>(std::string(1025, 'n')));
         QTest::newRow("name too long") << viewModel
-                                       << QString::fromStdString("the name of \"" + std::string(1025, 'n')
-                                                                 + "\" is longer than 1024 characters");
+                                       << QString::fromStdString("the name of \"" + std::string(40, 'n')
+                                                                 + "...\" is longer than 1024 characters");
     }
     {
         auto viewModel = std::make_shared<SceneViewModel>();
@@ -649,6 +764,102 @@ void TestModelFile::saveRefusesWhatAFileCannotHold()
     QVERIFY(!QFile::exists(path));
 }
 
+void TestModelFile::saveRefusesWhatLoadingRefuses_data()
+{
+    QTest::addColumn<std::shared_ptr<SceneViewModel>>("atLimit");
+    QTest::addColumn<std::shared_ptr<SceneViewModel>>("overLimit");
+    QTest::addColumn<ModelFileLimits>("limits");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("items") << withChildren(4) << withChildren(5) << limitsWith(&ModelFileLimits::maxItems, 5)
+                           << "the model has more than 5 items";
+    QTest::newRow("levels") << chain(4) << chain(5) << limitsWith(&ModelFileLimits::maxDepth, 4)
+                            << "the item \"L0/L1/L2/L3/L4\" is nested deeper than 4 levels";
+    QTest::newRow("name length") << withRoot(std::make_shared<DisplayItem>("12345678"))
+                                 << withRoot(std::make_shared<DisplayItem>("123456789"))
+                                 << limitsWith(&ModelFileLimits::maxNameLength, 8)
+                                 << "the name of \"123456789\" is longer than 8 characters";
+    QTest::newRow("text length") << withProperties(1, 8) << withProperties(1, 9)
+                                 << limitsWith(&ModelFileLimits::maxTextLength, 8)
+                                 << "the value of the property \"p0\" of \"Root\" is longer than 8 characters";
+    QTest::newRow("properties") << withProperties(3) << withProperties(4)
+                                << limitsWith(&ModelFileLimits::maxListLength, 3)
+                                << "\"Root\" has more than 3 properties in one list";
+    QTest::newRow("primitives") << withPrimitives(3) << withPrimitives(4)
+                                << limitsWith(&ModelFileLimits::maxListLength, 3)
+                                << "the editor has more than 3 primitives";
+    QTest::newRow("steps") << withSteps(3) << withSteps(4) << limitsWith(&ModelFileLimits::maxListLength, 3)
+                           << "the kind-6 provider has more than 3 steps";
+    QTest::newRow("geometry items") << withGeometryItems(3) << withGeometryItems(4)
+                                    << limitsWith(&ModelFileLimits::maxListLength, 3)
+                                    << "\"Module\" lists more than 3 geometry items";
+    {
+        // The same model against a file size limit of its exact size and one byte less.
+        const auto sample = buildSampleViewModel();
+        const qint64 size = ModelFile::toJson(*sample).size();
+        ModelFileLimits exact;
+        exact.maxFileSize = size;
+        QTest::newRow("file size") << sample << sample << exact
+                                   << QStringLiteral("the file would be larger than %1 bytes").arg(size - 1);
+    }
+}
+
+void TestModelFile::saveRefusesWhatLoadingRefuses()
+{
+    QFETCH(std::shared_ptr<SceneViewModel>, atLimit);
+    QFETCH(std::shared_ptr<SceneViewModel>, overLimit);
+    QFETCH(ModelFileLimits, limits);
+    QFETCH(QString, message);
+
+    // At the limit: written, and read back with the same limits.
+    QString error;
+    const QByteArray fits = ModelFile::toJson(*atLimit, &error, limits);
+    QVERIFY2(!fits.isEmpty(), qPrintable(error));
+    ModelFileError loadError;
+    QVERIFY2(ModelFile::loadFromData(fits, QStringLiteral("m"), &loadError, limits), qPrintable(loadError.toString()));
+    QCOMPARE(ModelFile::toJson(*ModelFile::loadFromData(fits, QStringLiteral("m"), nullptr, limits), nullptr, limits),
+             fits);
+
+    // Over it: what the loader refuses, saving refuses before it writes.
+    ModelFileLimits over = limits;
+    if (QByteArray(QTest::currentDataTag()) == "file size")
+        over.maxFileSize = limits.maxFileSize - 1;
+    const QByteArray unlimited = ModelFile::toJson(*overLimit);
+    QVERIFY(!unlimited.isEmpty());
+    QVERIFY(!ModelFile::loadFromData(unlimited, QStringLiteral("m"), &loadError, over));
+    QVERIFY(ModelFile::toJson(*overLimit, &error, over).isEmpty());
+    QCOMPARE(error, message);
+
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString path = directory.filePath(QStringLiteral("model.json"));
+    QFile old(path);
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    QVERIFY(!ModelFile::save(*overLimit, path, &error, over));
+    QCOMPARE(error, path + QStringLiteral(": cannot save the model: ") + message);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("old"));
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files), QStringList{QStringLiteral("model.json")});
+}
+
+void TestModelFile::saveRefusesJsonNestingTheParserRefuses()
+{
+    // An item at level n is nested 2n + 1 deep in the file and its properties
+    // two more; Qt's parser refuses more than 1024 levels whatever the item limit.
+    ModelFileLimits deep;
+    deep.maxDepth = 1000;
+    QString error;
+    const QByteArray fits = ModelFile::toJson(*chain(510), &error, deep);
+    QVERIFY2(!fits.isEmpty(), qPrintable(error));
+    ModelFileError loadError;
+    QVERIFY2(ModelFile::loadFromData(fits, QStringLiteral("m"), &loadError, deep), qPrintable(loadError.toString()));
+
+    QVERIFY(ModelFile::toJson(*chain(511), &error, deep).isEmpty());
+    QCOMPARE(error, QStringLiteral("the file would nest objects and arrays deeper than 1024 levels"));
+}
+
 void TestModelFile::saveReportsUnwritablePath()
 {
     QTemporaryDir directory;
@@ -658,6 +869,75 @@ void TestModelFile::saveReportsUnwritablePath()
     QVERIFY(!ModelFile::save(*buildSampleViewModel(), path, &error));
     QVERIFY2(error.startsWith(path + QStringLiteral(": cannot write the file: ")), qPrintable(error));
     QVERIFY(error.size() > path.size() + 25);
+}
+
+void TestModelFile::saveKeepsTheReasonOfAShortWrite()
+{
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString path = directory.filePath(QStringLiteral("model.json"));
+    const auto viewModel = buildSampleViewModel();
+    QVERIFY(ModelFile::toJson(*viewModel).size() > 8192);
+
+    // A file size limit makes the system take part of the text and then fail.
+    rlimit previous{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &previous), 0);
+    rlimit small = previous;
+    small.rlim_cur = 4096;
+    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    QString error;
+    const bool saved = ModelFile::save(*viewModel, path, &error);
+    ::setrlimit(RLIMIT_FSIZE, &previous);
+    std::signal(SIGXFSZ, previousHandler);
+
+    QVERIFY(!saved);
+    QCOMPARE(error, path + QStringLiteral(": cannot write the file: ") + QString::fromLocal8Bit(std::strerror(EFBIG)));
+    QVERIFY(!QFile::exists(path));
+}
+
+void TestModelFile::saveRefusesSpecialFiles_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("FIFO") << QStringLiteral("FIFO");
+    QTest::newRow("character device") << QStringLiteral("device");
+}
+
+void TestModelFile::saveRefusesSpecialFiles()
+{
+    QFETCH(QString, kind);
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString path = directory.filePath(QStringLiteral("target"));
+    if (!makeSpecialFile(kind, path))
+        QSKIP("the system does not let this test make such a file");
+
+    QString error;
+    QVERIFY(!ModelFile::save(*buildSampleViewModel(), path, &error));
+    QCOMPARE(error, path + QStringLiteral(": cannot write the file: it is not a regular file"));
+    QVERIFY(isSpecialFile(path));
+    QCOMPARE(QDir(directory.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("target")});
+}
+
+void TestModelFile::loadRefusesSpecialFiles_data()
+{
+    saveRefusesSpecialFiles_data();
+}
+
+void TestModelFile::loadRefusesSpecialFiles()
+{
+    QFETCH(QString, kind);
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString path = directory.filePath(QStringLiteral("source"));
+    if (!makeSpecialFile(kind, path))
+        QSKIP("the system does not let this test make such a file");
+
+    // A FIFO without a writer would block the reader for ever.
+    ModelFileError error;
+    QVERIFY(!ModelFile::load(path, &error));
+    QCOMPARE(error.toString(), path + QStringLiteral(": cannot read the file: it is not a regular file"));
 }
 
 void TestModelFile::loadReportsFileProblems()
