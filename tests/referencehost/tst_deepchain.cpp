@@ -5,6 +5,7 @@
 // a small stack: a walk that recursed once per level would overflow it long
 // before the chain ends, as it overflows the main thread's stack on a chain a
 // million levels deep.
+#include "SmallStack.h"
 #include "TestTree.h"
 
 #include <referencehost/model/DisplayItem.h>
@@ -13,10 +14,8 @@
 
 #include <hostcontract/DisplayItemTreeTraverser.h>
 
-#include <QThread>
 #include <QtTest>
 
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -29,22 +28,12 @@ Q_DECLARE_METATYPE(CloneDefect::Kind)
 namespace {
 
 constexpr int Depth = 20000;
-constexpr uint SmallStack = 256 * 1024;
 
 using Chain = std::vector<std::shared_ptr<DisplayItem>>;
 
 std::string levelName(int level)
 {
     return "level " + std::to_string(level);
-}
-
-// Runs \a work to its end on a thread with a small stack.
-void onSmallStack(const std::function<void()>& work)
-{
-    std::unique_ptr<QThread> thread(QThread::create(work));
-    thread->setStackSize(SmallStack);
-    thread->start();
-    thread->wait();
 }
 
 enum class Build { TopDown, BottomUp, InsertTopDown };
@@ -132,7 +121,7 @@ void TestDeepChain::buildAndFree()
     std::uint64_t middleCount = 0;
     bool middleKeepsItsChain = false;
     std::weak_ptr<DisplayItem> leaf;
-    onSmallStack([&] {
+    Test::runOnSmallStack([&] {
         std::shared_ptr<DisplayItem> middle;
         {
             Chain chain = buildChain(build);
@@ -161,7 +150,7 @@ void TestDeepChain::cyclesAreRefused()
     bool untouched = false;
     bool movedWithin = false;
     bool appendedDetachedChain = false;
-    onSmallStack([&] {
+    Test::runOnSmallStack([&] {
         Chain chain = buildChain(Build::TopDown);
         const auto& root = chain.front();
         const auto& middle = chain[Depth / 2];
@@ -202,7 +191,7 @@ void TestDeepChain::walks()
     std::string description;
     int processed = 0;
     int processedVisible = 0;
-    onSmallStack([&] {
+    Test::runOnSmallStack([&] {
         Chain chain = buildChain(Build::TopDown);
         chain[Depth - 10]->setVisible(false);
         DisplayItemList subtree;
@@ -237,7 +226,7 @@ void TestDeepChain::walks()
 void TestDeepChain::displayModelFollowsTheChain()
 {
     QVector<bool> steps;
-    onSmallStack([&] {
+    Test::runOnSmallStack([&] {
         Chain chain = buildChain(Build::TopDown);
         const auto& leaf = chain.back();
         auto model = std::make_unique<SceneDisplayModel>();
@@ -286,7 +275,7 @@ void TestDeepChain::clone()
     int hidden = 0;
     std::size_t unapplied = 0;
     bool parentsInside = true;
-    onSmallStack([&] {
+    Test::runOnSmallStack([&] {
         Chain chain = buildChain(Build::TopDown);
         const auto viewModel = Test::makeViewModel(chain.front());
         Test::setDefects(*viewModel, defects);
