@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <sstream>
 #include <stdexcept>
 #include <unordered_set>
@@ -18,12 +19,7 @@ DisplayItem::~DisplayItem()
     // Forget the observers before the children go: an observer destroyed along
     // with a child can no longer reach this item to unregister.
     m_observers.clear();
-    for (const auto& child : m_children) {
-        if (child && child->m_parent == this) {
-            child->m_parent = nullptr;
-            child->setDisplayModelRecursively(nullptr);
-        }
-    }
+    releaseChildren();
 }
 
 // --- DisplayItemInterface -------------------------------------------------
@@ -95,10 +91,11 @@ DisplayModel* DisplayItem::getDisplayModel() const
 
 std::uint64_t DisplayItem::getNumberOfDisplayItems() const
 {
-    std::uint64_t count = 1;
-    closeEmptySlots();
-    for (const auto& child : m_children)
-        count += child->getNumberOfDisplayItems();
+    std::uint64_t count = 0;
+    forEachInPreOrder([&count](const DisplayItem&) {
+        ++count;
+        return true;
+    });
     return count;
 }
 
@@ -296,14 +293,14 @@ DisplayItem* DisplayItem::parentItem() const
 
 std::shared_ptr<DisplayItem> DisplayItem::findByDisplayName(const std::string& name)
 {
-    if (m_displayName == name)
-        return shared_from_this();
-    closeEmptySlots();
-    for (const auto& child : m_children) {
-        if (auto found = child->findByDisplayName(name))
-            return found;
-    }
-    return nullptr;
+    const DisplayItem* found = nullptr;
+    forEachInPreOrder([&found, &name](const DisplayItem& item) {
+        if (item.m_displayName != name)
+            return true;
+        found = &item;
+        return false;
+    });
+    return found ? std::const_pointer_cast<DisplayItem>(found->shared_from_this()) : nullptr;
 }
 
 std::string DisplayItem::path() const
@@ -427,10 +424,39 @@ void DisplayItem::checkCanAdopt(const std::shared_ptr<DisplayItem>& child) const
 {
     if (!child)
         throw std::invalid_argument("DisplayItem: empty child");
-    for (const DisplayItem* item = this; item; item = item->m_parent) {
-        if (item == child.get())
-            throw std::invalid_argument("DisplayItem: an item cannot hold itself or one of its ancestors");
+    if (isSelfOrAncestorOf(*child, *this))
+        throw std::invalid_argument("DisplayItem: an item cannot hold itself or one of its ancestors");
+}
+
+bool DisplayItem::isSelfOrAncestorOf(const DisplayItem& candidate, const DisplayItem& item)
+{
+    // Either walk alone answers: up from the item to its root, or down through
+    // the candidate's subtree. Taking one step of each in turn costs twice the
+    // shorter one, so adding a leaf below a deep item, or a deep tree below a
+    // new root, costs constant time, and building any tree piece by piece
+    // costs at most n log n steps in all. Only owned children count, as only
+    // parents count on the way up.
+    std::vector<std::pair<const DisplayItem*, std::size_t>> below{{&candidate, 0}};
+    for (const DisplayItem* above = &item; above && !below.empty(); above = above->m_parent) {
+        if (above == &candidate || below.back().first == &item)
+            return true;
+        const DisplayItem* child = below.back().first->nextOwnedChild(below.back().second);
+        if (child)
+            below.emplace_back(child, 0);
+        else
+            below.pop_back();
     }
+    return false;
+}
+
+const DisplayItem* DisplayItem::nextOwnedChild(std::size_t& slot) const
+{
+    while (slot < m_children.size()) {
+        const DisplayItem* child = m_children[slot++].get();
+        if (child && child->m_parent == this)
+            return child;
+    }
+    return nullptr;
 }
 
 void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
@@ -478,29 +504,96 @@ void DisplayItem::closeEmptySlots() const
 
 void DisplayItem::setDisplayModelRecursively(DisplayModel* model)
 {
-    m_displayModel = model;
-    for (const auto& child : m_children) {
-        if (child && child->m_parent == this)
-            child->setDisplayModelRecursively(model);
-    }
+    // A child always has its parent's model, so a subtree whose root has the
+    // model already has it throughout: attaching or freeing a deep subtree
+    // that keeps its model costs nothing.
+    forEachOwnedItem([model](DisplayItem& item) {
+        if (item.m_displayModel == model)
+            return false;
+        item.m_displayModel = model;
+        return true;
+    });
 }
 
 void DisplayItem::setResourcesReleasedRecursively(bool released)
 {
-    m_resourcesReleased = released;
-    for (const auto& child : m_children) {
-        if (child && child->m_parent == this)
-            child->setResourcesReleasedRecursively(released);
+    // Only a removal releases, and it releases the whole subtree: below an
+    // item that holds its resources, all do.
+    forEachOwnedItem([released](DisplayItem& item) {
+        if (!released && !item.m_resourcesReleased)
+            return false;
+        item.m_resourcesReleased = released;
+        return true;
+    });
+}
+
+void DisplayItem::forEachOwnedItem(const std::function<bool(DisplayItem&)>& visit)
+{
+    std::vector<DisplayItem*> pending{this};
+    while (!pending.empty()) {
+        DisplayItem* item = pending.back();
+        pending.pop_back();
+        if (!visit(*item))
+            continue;
+        for (const auto& child : item->m_children) {
+            if (child && child->m_parent == item)
+                pending.push_back(child.get());
+        }
+    }
+}
+
+void DisplayItem::forEachInPreOrder(const std::function<bool(const DisplayItem&)>& visit) const
+{
+    std::vector<const DisplayItem*> pending{this};
+    while (!pending.empty()) {
+        const DisplayItem* item = pending.back();
+        pending.pop_back();
+        if (!visit(*item))
+            return;
+        item->closeEmptySlots();
+        for (auto it = item->m_children.rbegin(); it != item->m_children.rend(); ++it)
+            pending.push_back(it->get());
     }
 }
 
 void DisplayItem::collectPreOrder(DisplayItemList& items) const
 {
     // const_pointer_cast: the list hands out the same shared items getChildren does.
-    items.push_back(std::const_pointer_cast<DisplayItem>(shared_from_this()));
-    closeEmptySlots();
-    for (const auto& child : m_children)
-        child->collectPreOrder(items);
+    forEachInPreOrder([&items](const DisplayItem& item) {
+        items.push_back(std::const_pointer_cast<DisplayItem>(item.shared_from_this()));
+        return true;
+    });
+}
+
+void DisplayItem::releaseChildren()
+{
+    // Children that die with this item give their own children up before
+    // they go, so no destructor below this one has any left to free: freeing
+    // a deep chain takes no deeper stack than freeing one item.
+    std::vector<std::shared_ptr<DisplayItem>> pending;
+    takeChildren(pending);
+    while (!pending.empty()) {
+        std::shared_ptr<DisplayItem> child = std::move(pending.back());
+        pending.pop_back();
+        if (child.use_count() == 1)
+            child->takeChildren(pending);
+    }
+}
+
+void DisplayItem::takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending)
+{
+    for (auto it = m_children.rbegin(); it != m_children.rend(); ++it) {
+        if (!*it)
+            continue;
+        // Children held elsewhere outlive this item, detached.
+        if ((*it)->m_parent == this) {
+            (*it)->m_parent = nullptr;
+            (*it)->setDisplayModelRecursively(nullptr);
+        }
+        pending.push_back(std::move(*it));
+    }
+    m_children.clear();
+    m_emptySlots = 0;
 }
 
 std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()

@@ -6,6 +6,7 @@
 #include <hostcontract/HostExport.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -170,6 +171,10 @@ private:
     friend class SceneDisplayModel;
 
     void checkCanAdopt(const std::shared_ptr<DisplayItem>& child) const;
+    /// Whether \a candidate is \a item or one of its ancestors.
+    static bool isSelfOrAncestorOf(const DisplayItem& candidate, const DisplayItem& item);
+    /// The first child from \a slot on whose parent this item is; \a slot moves past it.
+    const DisplayItem* nextOwnedChild(std::size_t& slot) const;
     void attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child);
     /// Takes the child out of m_children, leaving its slot empty; empty if it is not a child.
     std::shared_ptr<DisplayItem> detachWithoutEvent(const DisplayItemInterface* child, bool keepResources);
@@ -181,7 +186,16 @@ private:
     /// Sets the model on this item and on the descendants it owns (whose parent it is).
     void setDisplayModelRecursively(DisplayModel* model);
     void setResourcesReleasedRecursively(bool released);
+    /// Visits this item and the descendants it owns (whose parent it is); the
+    /// children of an item are visited only if \a visit returns true for it.
+    void forEachOwnedItem(const std::function<bool(DisplayItem&)>& visit);
+    /// Visits this item and all descendants in pre-order while \a visit returns true.
+    void forEachInPreOrder(const std::function<bool(const DisplayItem&)>& visit) const;
     void collectPreOrder(DisplayItemList& items) const;
+    /// Detaches and frees the children without recursion; those held elsewhere survive.
+    void releaseChildren();
+    /// Moves the children into \a pending (last first), detaching those this item owns.
+    void takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending);
     std::shared_ptr<DisplayItemInterface> selfReference();
 
     static void setProperty(PropertyList& list, const std::string& name, std::string value);

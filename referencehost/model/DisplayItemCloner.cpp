@@ -11,13 +11,18 @@ namespace Brennvik {
 
 namespace {
 
+// Pre-order, with a stack of our own: trees can be a million levels deep.
 const DisplayItem* findFirstByName(const DisplayItem& root, const std::string& name)
 {
-    if (root.getDisplayName() == name)
-        return &root;
-    for (const auto& child : root.children()) {
-        if (const DisplayItem* found = findFirstByName(*child, name))
-            return found;
+    std::vector<const DisplayItem*> pending{&root};
+    while (!pending.empty()) {
+        const DisplayItem* item = pending.back();
+        pending.pop_back();
+        if (item->getDisplayName() == name)
+            return item;
+        const auto& children = item->children();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            pending.push_back(it->get());
     }
     return nullptr;
 }
@@ -109,45 +114,90 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyNode(const DisplayItem& orig
 
 void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& copy)
 {
+    // Depth first with a stack of our own (trees can be a million levels
+    // deep), in the order of a recursive copy: a child's subtree is complete
+    // before its added child and its repeat follow, and before its next sibling.
+    struct Level
+    {
+        const DisplayItem* original;
+        DisplayItem* copy;
+        std::size_t next = 0;
+    };
+    std::vector<Level> levels{{&original, &copy}};
     copy.m_children.reserve(original.children().size());
-    for (const auto& child : original.children()) {
-        if (PendingDefect* drop = defectFor(*child, CloneDefect::Kind::DropChild)) {
-            drop->applied = true;
-            recordSubtree(*child, false);
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        const auto& children = level.original->children();
+        if (level.next == children.size()) {
+            const Level done = level;
+            levels.pop_back();
+            if (!levels.empty())
+                finishChild(*done.original, *done.copy, *levels.back().copy);
             continue;
         }
-        if (PendingDefect* share = defectFor(*child, CloneDefect::Kind::ShareChild)) {
-            // The original object goes into the copy's list as it is: its parent and
-            // display model stay those of the original tree.
-            share->applied = true;
-            copy.m_children.push_back(child);
-            recordSubtree(*child, true);
-            continue;
+        const auto& child = children[level.next++];
+        DisplayItem* parentCopy = level.copy;
+        if (auto childCopy = copyChild(child, *parentCopy)) {
+            childCopy->m_children.reserve(child->children().size());
+            levels.push_back({child.get(), childCopy});
         }
-        auto childCopy = copyNode(*child);
-        childCopy->m_parent = &copy;
-        copy.m_children.push_back(childCopy);
-        copyChildren(*child, *childCopy);
-        appendAddedChildren(*child, *childCopy);
-        if (PendingDefect* repeat = defectFor(*child, CloneDefect::Kind::RepeatChild)) {
-            repeat->applied = true;
-            auto again = copyRepeated(*child);
-            again->m_parent = &copy;
-            copy.m_children.push_back(again);
-        }
+    }
+}
+
+DisplayItem* DisplayItemCloner::copyChild(const std::shared_ptr<DisplayItem>& child, DisplayItem& parentCopy)
+{
+    if (PendingDefect* drop = defectFor(*child, CloneDefect::Kind::DropChild)) {
+        drop->applied = true;
+        recordSubtree(*child, false);
+        return nullptr;
+    }
+    if (PendingDefect* share = defectFor(*child, CloneDefect::Kind::ShareChild)) {
+        // The original object goes into the copy's list as it is: its parent and
+        // display model stay those of the original tree.
+        share->applied = true;
+        parentCopy.m_children.push_back(child);
+        recordSubtree(*child, true);
+        return nullptr;
+    }
+    auto childCopy = copyNode(*child);
+    childCopy->m_parent = &parentCopy;
+    parentCopy.m_children.push_back(childCopy);
+    return childCopy.get();
+}
+
+void DisplayItemCloner::finishChild(const DisplayItem& child, DisplayItem& childCopy, DisplayItem& parentCopy)
+{
+    appendAddedChildren(child, childCopy);
+    if (PendingDefect* repeat = defectFor(child, CloneDefect::Kind::RepeatChild)) {
+        repeat->applied = true;
+        auto again = copyRepeated(child);
+        again->m_parent = &parentCopy;
+        parentCopy.m_children.push_back(again);
     }
 }
 
 std::shared_ptr<DisplayItem> DisplayItemCloner::copyRepeated(const DisplayItem& original)
 {
     // Not recorded in the map: references to the original keep following its first copy.
+    // Copies are made in pre-order, as a recursive copy makes them.
     auto copy = original.copyWithoutChildren();
     m_copies.push_back(copy);
-    copy->m_children.reserve(original.children().size());
-    for (const auto& child : original.children()) {
-        auto childCopy = copyRepeated(*child);
-        childCopy->m_parent = copy.get();
-        copy->m_children.push_back(childCopy);
+    std::vector<std::pair<const DisplayItem*, DisplayItem*>> pending;
+    const auto pushChildren = [&pending](const DisplayItem& from, DisplayItem& to) {
+        const auto& children = from.children();
+        to.m_children.reserve(children.size());
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            pending.emplace_back(it->get(), &to);
+    };
+    pushChildren(original, *copy);
+    while (!pending.empty()) {
+        const auto [child, parentCopy] = pending.back();
+        pending.pop_back();
+        auto childCopy = child->copyWithoutChildren();
+        m_copies.push_back(childCopy);
+        childCopy->m_parent = parentCopy;
+        parentCopy->m_children.push_back(childCopy);
+        pushChildren(*child, *childCopy);
     }
     return copy;
 }
@@ -165,13 +215,19 @@ void DisplayItemCloner::appendAddedChildren(const DisplayItem& original, Display
 
 void DisplayItemCloner::recordSubtree(const DisplayItem& original, bool shared)
 {
-    // A shared subtree is its own counterpart; a dropped one has none.
-    std::shared_ptr<DisplayItemInterface> counterpart;
-    if (shared)
-        counterpart = std::const_pointer_cast<DisplayItem>(original.shared_from_this());
-    m_map.add(&original, counterpart);
-    for (const auto& child : original.children())
-        recordSubtree(*child, shared);
+    // A shared subtree is its own counterpart; a dropped one has none. Pre-order.
+    std::vector<const DisplayItem*> pending{&original};
+    while (!pending.empty()) {
+        const DisplayItem* item = pending.back();
+        pending.pop_back();
+        std::shared_ptr<DisplayItemInterface> counterpart;
+        if (shared)
+            counterpart = std::const_pointer_cast<DisplayItem>(item->shared_from_this());
+        m_map.add(item, counterpart);
+        const auto& children = item->children();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            pending.push_back(it->get());
+    }
 }
 
 DisplayItemCloner::PendingDefect* DisplayItemCloner::defectFor(const DisplayItem& item, CloneDefect::Kind kind)

@@ -44,6 +44,11 @@ private:
     std::shared_ptr<DisplayItem> copyNode(const DisplayItem& original);
     std::shared_ptr<DisplayItem> copyRepeated(const DisplayItem& original);
     void copyChildren(const DisplayItem& original, DisplayItem& copy);
+    /// Puts what stands for \a child into \a parentCopy: nothing, the child itself
+    /// or a new copy. Returns the new copy, whose children are still to come.
+    DisplayItem* copyChild(const std::shared_ptr<DisplayItem>& child, DisplayItem& parentCopy);
+    /// What follows a copied child once its own children are copied: its added child and its repeat.
+    void finishChild(const DisplayItem& child, DisplayItem& childCopy, DisplayItem& parentCopy);
     void appendAddedChildren(const DisplayItem& original, DisplayItem& copy);
     void recordSubtree(const DisplayItem& original, bool shared);
     PendingDefect* defectFor(const DisplayItem& item, CloneDefect::Kind kind);

@@ -1,11 +1,11 @@
 #include "ToolKeyLookup.h"
 
 #include "DisplayItemCloneMap.h"
+#include "DisplayTreeWalk.h"
 
 #include <hostcontract/DisplayItemInterface.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace Brennvik {
 
@@ -19,29 +19,25 @@ ToolKeyLookup::~ToolKeyLookup() = default;
 
 std::shared_ptr<DisplayItemInterface> ToolKeyLookup::findDisplayItem(const Kind7Key& key) const
 {
-    std::vector<std::shared_ptr<DisplayItemInterface>> pending;
-    if (auto root = m_root.lock())
-        pending.push_back(std::move(root));
-    while (!pending.empty()) {
-        auto item = std::move(pending.back());
-        pending.pop_back();
-        if (m_keyProperty.empty()) {
-            if (item->getDisplayName() == key)
-                return item;
-        } else {
-            PropertyList business;
-            PropertyList display;
-            item->getProperties(business, display);
-            const bool match = std::any_of(business.begin(), business.end(), [this, &key](const Property& p) {
-                return p.first == m_keyProperty && p.second == key;
-            });
-            if (match)
-                return item;
-        }
-        const DisplayItemList children = item->getChildren();
-        pending.insert(pending.end(), children.rbegin(), children.rend());
-    }
-    return nullptr;
+    std::shared_ptr<DisplayItemInterface> found;
+    walkDisplayTree(m_root.lock(), [this, &key, &found](const std::shared_ptr<DisplayItemInterface>& item) {
+        if (!matches(*item, key))
+            return WalkStep::Descend;
+        found = item;
+        return WalkStep::Stop;
+    });
+    return found;
+}
+
+bool ToolKeyLookup::matches(const DisplayItemInterface& item, const Kind7Key& key) const
+{
+    if (m_keyProperty.empty())
+        return item.getDisplayName() == key;
+    PropertyList business;
+    PropertyList display;
+    item.getProperties(business, display);
+    return std::any_of(business.begin(), business.end(),
+                       [this, &key](const Property& p) { return p.first == m_keyProperty && p.second == key; });
 }
 
 const std::string& ToolKeyLookup::keyProperty() const

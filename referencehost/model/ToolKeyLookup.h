@@ -29,6 +29,8 @@ public:
     std::shared_ptr<ToolKeyLookup> remapped(const DisplayItemCloneMap& map) const;
 
 private:
+    bool matches(const DisplayItemInterface& item, const Kind7Key& key) const;
+
     std::weak_ptr<DisplayItemInterface> m_root;
     std::string m_keyProperty;
 };

@@ -7,6 +7,8 @@ set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
     model/DisplayItemObserverList.cpp
     ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItemTreeTraverser.h
     model/DisplayItemTreeTraverser.cpp
+    model/DisplayTreeWalk.h
+    model/DisplayTreeWalk.cpp
     ${PROJECT_SOURCE_DIR}/hostcontract/ShellDisplayItem.h
     model/ShellDisplayItem.cpp
     ${PROJECT_SOURCE_DIR}/hostcontract/EditorDisplayItem.h

@@ -1,11 +1,16 @@
 // The conformance kit against hosts that are wrong on purpose: the checks
 // that concern the defect must fail with a message that names it, and the
 // others must pass.
+#include "BackLinkHost.h"
 #include "CarelessHost.h"
 #include "DeferredEventsHost.h"
+#include "EmptyChildHost.h"
 #include "ShallowCloneHost.h"
 
+#include "SmallStack.h"
+
 #include <conformancekit/ConformanceChecks.h>
+#include <referencehost/model/DisplayItem.h>
 
 #include <QtTest>
 
@@ -76,6 +81,8 @@ QVector<Expectation> deferredEventsExpectations()
           "2D visibility change to Visible: observer was notified 0 times inside setVisibility"}},
         {"2d/sync-structure", 0, {}},
         {"2d/reentrancy", 0, {}},
+        {"tree/children-not-empty", 0, {}},
+        {"tree/acyclic", 0, {}},
     };
 }
 
@@ -124,6 +131,40 @@ QVector<Expectation> carelessExpectations()
         }
     }
     return expectations;
+}
+
+// Every check passes but \a check, which gives \a fragments, one message each.
+QVector<Expectation> failingOnly(const QString& check, const QStringList& fragments)
+{
+    QVector<Expectation> expectations;
+    for (const CheckInfo& info : checkList()) {
+        if (info.name == check)
+            expectations.push_back({info.name, int(fragments.size()), fragments});
+        else
+            expectations.push_back({info.name, 0, {}});
+    }
+    return expectations;
+}
+
+// In the order the walk meets them: each item's children before its own end.
+QVector<Expectation> emptyChildExpectations()
+{
+    const QString empty = QStringLiteral("tree: '%1' lists an empty reference among getChildren() (child %2) — every "
+                                         "child must be an item");
+    return failingOnly(QStringLiteral("tree/children-not-empty"),
+                       {empty.arg("a1", "1 of 1"), empty.arg("a2", "1 of 1"), empty.arg("a", "3 of 3"),
+                        empty.arg("b", "1 of 1"), empty.arg("root", "3 of 3")});
+}
+
+QVector<Expectation> backLinkExpectations()
+{
+    const QString ancestor = QStringLiteral("tree: '%1' lists its ancestor '%2' among getChildren() (child %3) — the "
+                                            "display model must be a tree: a walk that follows the children would "
+                                            "never end");
+    return failingOnly(QStringLiteral("tree/acyclic"),
+                       {ancestor.arg("a1", "a", "1 of 1"), ancestor.arg("a2", "a", "1 of 1"),
+                        ancestor.arg("a", "root", "3 of 3"), ancestor.arg("b", "root", "1 of 1"),
+                        QStringLiteral("tree: 'root' lists itself among getChildren() (child 3 of 3)")});
 }
 
 void addRows(const QVector<Expectation>& expectations)
@@ -182,6 +223,20 @@ private slots:
         verify(host);
     }
 
+    void emptyChildren_data() { addRows(emptyChildExpectations()); }
+    void emptyChildren()
+    {
+        EmptyChildHost host;
+        verify(host);
+    }
+
+    void backLinks_data() { addRows(backLinkExpectations()); }
+    void backLinks()
+    {
+        BackLinkHost host;
+        verify(host);
+    }
+
     // A new check needs an expectation for the broken hosts too.
     void everyCheckHasAnExpectation()
     {
@@ -192,6 +247,51 @@ private slots:
         for (const Expectation& e : deferredEventsExpectations())
             expected << e.check;
         QCOMPARE(expected, names);
+    }
+
+    // The tree check for a host's own model: every broken link once, any depth.
+    void displayTreeCheck_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QStringList>("fragments");
+        QTest::newRow("sound") << 0 << QStringList{};
+        QTest::newRow("empty children") << 1
+                                        << QStringList{"tree: 'level 19999' lists an empty reference among "
+                                                       "getChildren() (child 1 of 1)",
+                                                       "tree: 'level 19998' lists an empty reference among "
+                                                       "getChildren() (child 2 of 2)"};
+        QTest::newRow("back links") << 2
+                                    << QStringList{"tree: 'level 19999' lists its ancestor 'level 19998' among "
+                                                   "getChildren() (child 1 of 1)",
+                                                   "tree: 'level 19998' lists its ancestor 'level 19997' among "
+                                                   "getChildren() (child 2 of 2)"};
+    }
+
+    void displayTreeCheck()
+    {
+        QFETCH(int, kind);
+        QFETCH(QStringList, fragments);
+        constexpr int depth = 20000;
+        QStringList messages;
+        Test::runOnSmallStack([&] {
+            EmptyChildHost emptyChildHost;
+            BackLinkHost backLinkHost;
+            ReferenceConformanceHost soundHost;
+            ConformanceHost* hosts[] = {&soundHost, &emptyChildHost, &backLinkHost};
+            ConformanceHost& host = *hosts[kind];
+            const auto root = host.makeItem("level 0");
+            auto last = root;
+            for (int level = 1; level < depth; ++level) {
+                const auto item = host.makeItem("level " + std::to_string(level));
+                host.appendChild(last, item);
+                last = item;
+            }
+            messages = checkDisplayTree(root);
+        });
+        QCOMPARE(messages.size(), fragments.isEmpty() ? 0 : 20);
+        for (int i = 0; i < fragments.size(); ++i)
+            QVERIFY2(messages[i].contains(fragments[i]), qPrintable(messages[i]));
+        QVERIFY(checkDisplayTree(nullptr).isEmpty());
     }
 
     void unknownCheckFails()

@@ -1,5 +1,7 @@
 #include "TestTree.h"
 
+#include <referencehost/model/ToolKeyLookup.h>
+
 #include <hostcontract/DisplayItemTreeTraverser.h>
 
 #include <QtTest>
@@ -37,6 +39,41 @@ TreeNode treeNamed(const QString& name)
     return {"deep", {{"1", {{"2", {{"3", {{"4"}}}}}}}}};
 }
 
+// An item that breaks the tree: its getChildren() ends with an empty
+// reference or, with back links, with its parent (the root with itself).
+class BrokenItem : public DisplayItem
+{
+public:
+    BrokenItem(std::string name, bool backLink)
+        : DisplayItem(std::move(name))
+        , m_backLink(backLink)
+    {
+    }
+
+    DisplayItemList getChildren() const override
+    {
+        DisplayItemList children = DisplayItem::getChildren();
+        const DisplayItem* back = parentItem() ? parentItem() : this;
+        children.push_back(m_backLink ? std::const_pointer_cast<DisplayItem>(back->shared_from_this()) : nullptr);
+        return children;
+    }
+
+private:
+    bool m_backLink;
+};
+
+// root(a(a1), b) of BrokenItems.
+std::shared_ptr<DisplayItem> brokenTree(bool backLinks)
+{
+    const auto item = [backLinks](const char* name) { return std::make_shared<BrokenItem>(name, backLinks); };
+    auto root = item("root");
+    auto a = item("a");
+    root->appendChild(a);
+    a->appendChild(item("a1"));
+    root->appendChild(item("b"));
+    return root;
+}
+
 } // namespace
 
 class TestDisplayItemTreeTraverser : public QObject
@@ -48,6 +85,8 @@ private slots:
     void order();
     void emptyRootVisitsNothing();
     void processorSeesSharedItems();
+    void brokenTreesAreWalkedOnce_data();
+    void brokenTreesAreWalkedOnce();
 };
 
 void TestDisplayItemTreeTraverser::order_data()
@@ -110,6 +149,32 @@ void TestDisplayItemTreeTraverser::processorSeesSharedItems()
     QCOMPARE(collector.items[0].get(), static_cast<DisplayItemInterface*>(root.get()));
     QCOMPARE(collector.items[2].get(), static_cast<DisplayItemInterface*>(root->childAt(1).get()));
     QCOMPARE(root->childAt(1).use_count(), 3L); // the tree, the collector and the temporary of childAt
+}
+
+void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce_data()
+{
+    QTest::addColumn<bool>("backLinks");
+    QTest::newRow("empty children") << false;
+    QTest::newRow("links back to the parent") << true;
+}
+
+// Empty children are skipped and links back to an ancestor are not followed,
+// by the traverser and by the key lookup alike.
+void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce()
+{
+    QFETCH(bool, backLinks);
+    const auto root = brokenTree(backLinks);
+    NameCollector all;
+    DisplayItemTreeTraverser::process(root, all);
+    QCOMPARE(all.names, QStringList({"root", "a", "a1", "b"}));
+    NameCollector visible;
+    root->childAt(0)->setVisible(false);
+    DisplayItemTreeTraverser::processVisible(root, visible);
+    QCOMPARE(visible.names, QStringList({"root", "b"}));
+
+    const ToolKeyLookup lookup(root, std::string());
+    QCOMPARE(lookup.findDisplayItem("b"), std::shared_ptr<DisplayItemInterface>(root->childAt(1)));
+    QCOMPARE(lookup.findDisplayItem("missing"), std::shared_ptr<DisplayItemInterface>());
 }
 
 QTEST_GUILESS_MAIN(TestDisplayItemTreeTraverser)

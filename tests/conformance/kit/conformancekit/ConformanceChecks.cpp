@@ -18,6 +18,7 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <set>
 #include <type_traits>
@@ -86,14 +87,115 @@ bool containsProperty(const PropertyList& list, const Property& property, std::s
     return std::find(it, list.end(), property) != list.end();
 }
 
-void preOrder(const Item& item, DisplayItemList& out)
+// A child that breaks the tree: an empty reference, or the item itself or
+// one of its ancestors.
+struct BrokenLink
 {
-    if (!item)
+    Item parent;
+    /// Empty for an empty reference.
+    Item child;
+    bool cycle = false;
+    /// 1-based, among the parent's getChildren().
+    std::size_t position = 0;
+    std::size_t childCount = 0;
+};
+
+// Pre-order through getChildren() with a stack of our own, so that any depth
+// is safe. An empty child is skipped and a child that is the item itself or
+// one of its ancestors is not followed; both go to onBroken.
+void walkTree(const Item& root, const std::function<void(const Item&)>& visit,
+              const std::function<void(const BrokenLink&)>& onBroken)
+{
+    if (!root)
         return;
-    out.push_back(item);
-    for (const auto& child : item->getChildren())
-        preOrder(child, out);
+    struct Level
+    {
+        Item item;
+        DisplayItemList children;
+        std::size_t next = 0;
+    };
+    std::vector<Level> levels;
+    std::set<const DisplayItemInterface*> onPath;
+    const auto enter = [&](const Item& item) {
+        visit(item);
+        levels.push_back({item, item->getChildren()});
+        onPath.insert(item.get());
+    };
+    enter(root);
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next == level.children.size()) {
+            onPath.erase(level.item.get());
+            levels.pop_back();
+            continue;
+        }
+        const Item child = level.children[level.next++];
+        const bool cycle = child && onPath.count(child.get()) != 0;
+        if (!child || cycle)
+            onBroken({level.item, child, cycle, level.next, level.children.size()});
+        else
+            enter(child);
+    }
 }
+
+void preOrder(const Item& root, DisplayItemList& out)
+{
+    walkTree(
+        root, [&out](const Item& item) { out.push_back(item); }, [](const BrokenLink&) {});
+}
+
+QString brokenLinkMessage(const BrokenLink& link)
+{
+    const QString where = QStringLiteral("(child %1 of %2)").arg(link.position).arg(link.childCount);
+    if (!link.cycle)
+        return QStringLiteral("tree: %1 lists an empty reference among getChildren() %2 — every child must be an "
+                              "item: code that walks the display model trusts them")
+            .arg(quoted(link.parent), where);
+    const QString listed = link.child == link.parent ? QStringLiteral("itself")
+                                                     : QStringLiteral("its ancestor %1").arg(quoted(link.child));
+    return QStringLiteral("tree: %1 lists %2 among getChildren() %3 — the display model must be a tree: a walk "
+                          "that follows the children would never end")
+        .arg(quoted(link.parent), listed, where);
+}
+
+enum class Links { EmptyChildren, Cycles, All };
+
+// The messages of the broken links of the kinds \a links below \a root, at most MaxFailures of them.
+QStringList brokenLinks(const Item& root, Links links)
+{
+    QStringList messages;
+    walkTree(
+        root, [](const Item&) {},
+        [&messages, links](const BrokenLink& link) {
+            const bool wanted = links == Links::All || link.cycle == (links == Links::Cycles);
+            if (wanted && messages.size() < MaxFailures)
+                messages << brokenLinkMessage(link);
+        });
+    return messages;
+}
+
+// The tree most checks work on: root(a(a1, a2), b), made with the host's hooks.
+struct SmallTree
+{
+    explicit SmallTree(ConformanceHost& host)
+        : root(host.makeItem("root"))
+        , a(host.makeItem("a"))
+        , a1(host.makeItem("a1"))
+        , a2(host.makeItem("a2"))
+        , b(host.makeItem("b"))
+    {
+        host.appendChild(root, a);
+        host.appendChild(a, a1);
+        host.appendChild(a, a2);
+        host.appendChild(root, b);
+    }
+
+    Item root;
+    Item a;
+    Item a1;
+    Item a2;
+    Item b;
+};
 
 // The check's reaction needs synchronous events; without them the
 // re-entrancy cases cannot even be set up.
@@ -500,6 +602,7 @@ void checkEmptyReferences(ConformanceHost& host, CheckResult& result)
     drainEventLoop();
     EventRecorder parentRecorder;
     parentRecorder.registerToDisplayItem(parent);
+    const DisplayItemList childrenBefore = parent->getChildren();
     if (parent->removeChild(nullptr, false) != RemoveChildResult::NotAChild)
         result.failures << QStringLiteral("empty references: removeChild(nullptr) did not return NotAChild");
     if (parent->removeChild(stranger, false) != RemoveChildResult::NotAChild)
@@ -510,10 +613,11 @@ void checkEmptyReferences(ConformanceHost& host, CheckResult& result)
         result.failures << QStringLiteral("empty references: removeChild of an empty reference or a non-child raised "
                                           "%1 (expected none)")
                                .arg(times(parentRecorder.total()));
-    if (parent->getChildren().size() != 1)
+    if (parent->getChildren() != childrenBefore)
         result.failures << QStringLiteral("empty references: removeChild of an empty reference or a non-child changed "
-                                          "the children (%1 left, expected 1)")
-                               .arg(parent->getChildren().size());
+                                          "the children (%1 left, expected %2)")
+                               .arg(parent->getChildren().size())
+                               .arg(childrenBefore.size());
 
     NodeCounter all;
     DisplayItemTreeTraverser::process(nullptr, all);
@@ -566,16 +670,9 @@ void checkCollected(const QString& function, const Item& sentinel, const Display
 
 void checkCollectSubtree(ConformanceHost& host, CheckResult& result)
 {
-    const Item root = host.makeItem("root");
-    const Item a = host.makeItem("a");
-    const Item a1 = host.makeItem("a1");
-    const Item a2 = host.makeItem("a2");
-    const Item b = host.makeItem("b");
-    host.appendChild(root, a);
-    host.appendChild(a, a1);
-    host.appendChild(a, a2);
-    host.appendChild(root, b);
-    host.setVisibility(a2, false);
+    const SmallTree tree(host);
+    const Item& root = tree.root;
+    host.setVisibility(tree.a2, false);
     drainEventLoop();
     DisplayItemList subtree;
     preOrder(root, subtree);
@@ -679,11 +776,56 @@ struct CloneWalk
             result.failures << message;
     }
 
-    void compare(const Item& original, const Item& copy, const DisplayItemInterface* copyParent, const QString& path)
+    // Pre-order over both trees with a stack of our own. Empty children and
+    // cycles of the original are the tree checks' business: the comparison
+    // only stops there.
+    void compare(const Item& originalRoot, const Item& copyRoot)
+    {
+        struct Level
+        {
+            Item original;
+            Item copy;
+            QString path;
+            DisplayItemList originalChildren;
+            DisplayItemList copyChildren;
+            std::size_t next = 0;
+        };
+        std::vector<Level> levels;
+        std::set<const DisplayItemInterface*> onPath;
+        const auto enter
+            = [&](const Item& original, const Item& copy, const DisplayItemInterface* copyParent, const QString& path) {
+                  Level level{original, copy, path, {}, {}};
+                  if (!compareItem(original, copy, copyParent, path, level.originalChildren, level.copyChildren))
+                      return;
+                  levels.push_back(std::move(level));
+                  onPath.insert(original.get());
+              };
+        enter(originalRoot, copyRoot, nullptr, QStringLiteral("root"));
+        while (!levels.empty()) {
+            Level& level = levels.back();
+            if (level.next == level.originalChildren.size()) {
+                onPath.erase(level.original.get());
+                levels.pop_back();
+                continue;
+            }
+            const std::size_t i = level.next++;
+            const Item original = level.originalChildren[i];
+            if (!original || onPath.count(original.get()) != 0)
+                continue;
+            const Item copy = level.copyChildren[i];
+            const Item copyParent = level.copy;
+            enter(original, copy, copyParent.get(), level.path + QLatin1Char('/') + text(original->getDisplayName()));
+        }
+    }
+
+    // Compares one item with its copy; true, with both lists of children,
+    // when the children can be compared pairwise.
+    bool compareItem(const Item& original, const Item& copy, const DisplayItemInterface* copyParent,
+                     const QString& path, DisplayItemList& originalChildren, DisplayItemList& copyChildren)
     {
         if (!copy) {
             fail(QStringLiteral("clone: %1 has an empty reference where the original has an item").arg(path));
-            return;
+            return false;
         }
         if (originals.count(copy.get()) != 0)
             fail(QStringLiteral("clone: the clone shares item %1 with the original (at %2) — a deep copy needs new "
@@ -711,34 +853,27 @@ struct CloneWalk
                      .arg(path, originalProperties.join(QStringLiteral("; ")),
                           copyProperties.join(QStringLiteral("; "))));
 
-        const DisplayItemList originalChildren = original->getChildren();
-        const DisplayItemList copyChildren = copy->getChildren();
+        originalChildren = original->getChildren();
+        copyChildren = copy->getChildren();
         if (originalChildren.size() != copyChildren.size()) {
             fail(QStringLiteral("clone: %1 has %2 children in the original and %3 in the clone")
                      .arg(path)
                      .arg(originalChildren.size())
                      .arg(copyChildren.size()));
-            return;
+            return false;
         }
-        for (std::size_t i = 0; i < originalChildren.size(); ++i)
-            compare(originalChildren[i], copyChildren[i], copy.get(),
-                    path + QLatin1Char('/') + text(originalChildren[i]->getDisplayName()));
+        return true;
     }
 };
 
 void checkCloneIsDeep(ConformanceHost& host, CheckResult& result)
 {
-    const Item root = host.makeItem("root");
-    const Item a = host.makeItem("a");
-    const Item a1 = host.makeItem("a1");
-    const Item a2 = host.makeItem("a2");
-    const Item b = host.makeItem("b");
-    host.appendChild(root, a);
-    host.appendChild(a, a1);
-    host.appendChild(a, a2);
-    host.appendChild(root, b);
-    host.setVisibility(a1, false);
-    host.setProperty(a2, "conformance.material", "DC04");
+    const SmallTree tree(host);
+    const Item& root = tree.root;
+    const Item& a = tree.a;
+    const Item& b = tree.b;
+    host.setVisibility(tree.a1, false);
+    host.setProperty(tree.a2, "conformance.material", "DC04");
     if (b->isSelectionAllowed() && b->isSelectable())
         host.setSelection(b, true);
     drainEventLoop();
@@ -774,7 +909,7 @@ void checkCloneIsDeep(ConformanceHost& host, CheckResult& result)
     CloneWalk walk{host, {}, originalModel, result};
     for (const auto& item : originals)
         walk.originals.insert(item.get());
-    walk.compare(root, cloneRoot, nullptr, QStringLiteral("root"));
+    walk.compare(root, cloneRoot);
     if (!cloneRoot || cloneRoot == root || cloneRoot->getChildren().empty())
         return;
 
@@ -1023,6 +1158,22 @@ void checkReentrancy2D(ConformanceHost& host, CheckResult& result)
                                .arg(times(staying.total()), times(newcomer.total()));
 }
 
+// ---------------------------------------------------------------- tree shape
+
+void checkChildrenNotEmpty(ConformanceHost& host, CheckResult& result)
+{
+    const SmallTree tree(host);
+    drainEventLoop();
+    result.failures << brokenLinks(tree.root, Links::EmptyChildren);
+}
+
+void checkAcyclic(ConformanceHost& host, CheckResult& result)
+{
+    const SmallTree tree(host);
+    drainEventLoop();
+    result.failures << brokenLinks(tree.root, Links::Cycles);
+}
+
 // ---------------------------------------------------------------- table
 
 struct Entry
@@ -1056,6 +1207,8 @@ const Entry entries[] = {
     {"2d/sync-visibility", "DisplayItem2D visibility changes notify observers inside the call", checkVisibility2D},
     {"2d/sync-structure", "DisplayItem2D appendChild/removeChild notify observers inside the call", checkStructure2D},
     {"2d/reentrancy", "2D observers may stop or start observing during an event", checkReentrancy2D},
+    {"tree/children-not-empty", "getChildren() lists no empty reference", checkChildrenNotEmpty},
+    {"tree/acyclic", "no item lists itself or one of its ancestors among getChildren()", checkAcyclic},
 };
 
 } // namespace
@@ -1082,6 +1235,11 @@ CheckResult runCheck(ConformanceHost& host, const QString& name)
     }
     result.failures << QStringLiteral("no check is named '%1'").arg(name);
     return result;
+}
+
+QStringList checkDisplayTree(const std::shared_ptr<DisplayItemInterface>& root)
+{
+    return brokenLinks(root, Links::All);
 }
 
 QVector<CheckResult> runChecks(ConformanceHost& host)

@@ -4,6 +4,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <memory>
+
+namespace Brennvik {
+class DisplayItemInterface;
+}
+
 namespace Brennvik::Conformance {
 
 class ConformanceHost;
@@ -38,5 +44,12 @@ CheckResult runCheck(ConformanceHost& host, const QString& name);
 
 /// Runs every check against \a host. Needs a QApplication.
 QVector<CheckResult> runChecks(ConformanceHost& host);
+
+/// Walks the display item tree below \a root (the host's own model, say)
+/// through getChildren() and reports every child that breaks it: an empty
+/// reference, or an item that lists itself or one of its ancestors, which the
+/// walk does not follow. Any depth is safe. Empty for a sound tree or an empty
+/// root; at most the first 20 messages.
+QStringList checkDisplayTree(const std::shared_ptr<DisplayItemInterface>& root);
 
 } // namespace Brennvik::Conformance
