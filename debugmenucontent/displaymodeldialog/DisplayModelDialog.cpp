@@ -3,6 +3,7 @@
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/EditModelTreeWidgetItem.h>
+#include <debugmenucontent/treewidgets/RowGuard.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
@@ -173,18 +174,40 @@ bool rowMatches(QTreeWidgetItem* row, const SearchText& nameFragment, const Sear
     return listMatches(businessObjectProperties) || listMatches(displayItemProperties);
 }
 
+// Tells whether the dialog has removed rows since the watch began. A search
+// asks the host for every row's properties, and the host's events may remove
+// the rows the walk stands on: the search then ends quietly.
+class RowRemovalWatch
+{
+public:
+    explicit RowRemovalWatch(const quint64& removals)
+        : m_removals(removals)
+        , m_start(removals)
+    {
+    }
+    bool rowsRemoved() const { return m_removals != m_start; }
+
+private:
+    const quint64& m_removals;
+    quint64 m_start;
+};
+
 QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart, const SearchText& nameFragment,
-                                 const SearchText& searchValue)
+                                 const SearchText& searchValue, const RowRemovalWatch& watch)
 {
     if (pendingStart) {
         if (row == pendingStart)
             pendingStart = nullptr;
     } else if (rowMatches(row, nameFragment, searchValue)) {
-        return row;
+        return watch.rowsRemoved() ? nullptr : row;
     }
+    if (watch.rowsRemoved())
+        return nullptr;
     for (int i = 0; i < row->childCount(); ++i) {
-        if (QTreeWidgetItem* found = findMatchingRow(row->child(i), pendingStart, nameFragment, searchValue))
+        if (QTreeWidgetItem* found = findMatchingRow(row->child(i), pendingStart, nameFragment, searchValue, watch))
             return found;
+        if (watch.rowsRemoved())
+            return nullptr;
     }
     return nullptr;
 }
@@ -205,6 +228,38 @@ int itemIndexOf(QTreeWidgetItem* row)
 {
     auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
     return itemRow ? itemRow->getItemIndex() : -1;
+}
+
+// A row of either tree of the dialog, followed across a call into the host.
+template<typename Row>
+RowGuard<Row> guardRow(Row* row)
+{
+    auto* tree = row ? dynamic_cast<DisplayItemTreeWidget*>(row->treeWidget()) : nullptr;
+    return RowGuard<Row>(row, tree ? tree->getModelIndexFromItem(row, 0) : QModelIndex());
+}
+
+// Toggles the row, then its duplicate children: they show geometry that
+// belongs to the row's item too. Each toggle tells the host, whose events may
+// remove rows; the children are those the row has after its own toggle, and
+// only those still there are toggled.
+void toggleWithDuplicateChildren(DisplayItemTreeWidgetItem* row)
+{
+    const RowGuard<DisplayItemTreeWidgetItem> guardedRow = guardRow(row);
+    row->toggleVisibility();
+    row = guardedRow.get();
+    if (!row)
+        return;
+
+    std::vector<RowGuard<DisplayItemTreeWidgetItem>> duplicates;
+    for (int i = 0; i < row->childCount(); ++i) {
+        auto* child = dynamic_cast<DisplayItemTreeWidgetItem*>(row->child(i));
+        if (child && child->isDuplicate())
+            duplicates.push_back(guardRow(child));
+    }
+    for (const RowGuard<DisplayItemTreeWidgetItem>& duplicate : duplicates) {
+        if (DisplayItemTreeWidgetItem* child = duplicate.get())
+            child->toggleVisibility();
+    }
 }
 
 } // namespace
@@ -228,6 +283,7 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     , m_expandPath()
     , m_onlyCompareMirrored(true)
     , m_syncingCurrentItem(false)
+    , m_rowRemovals(0)
 {
     setupUi(this);
 
@@ -315,6 +371,7 @@ void DisplayModelDialog::clearLayout(QLayout* layout)
 
 void DisplayModelDialog::rebuildTree(bool cloneOnly)
 {
+    ++m_rowRemovals;
     if (!cloneOnly)
         m_displayItemTreeWidget->clear();
     if (m_clonedDisplayItemTreeWidget) {
@@ -539,7 +596,10 @@ void DisplayModelDialog::displayItemsRemoved(DisplayItemTreeWidgetItem* parentRo
         if (!item)
             continue;
         // Only the first row goes, even when several rows under this parent show the item.
-        delete parentRow->takeFirstChildShowing(item);
+        if (QTreeWidgetItem* row = parentRow->takeFirstChildShowing(item)) {
+            ++m_rowRemovals;
+            delete row;
+        }
     }
     // Qt drops a current row that was below a removed row without a
     // current-row change; the panes must not go on showing what has gone.
@@ -573,11 +633,21 @@ void DisplayModelDialog::navigateToInitialEntry(std::shared_ptr<DisplayItemInter
                 rows.push_back(row);
         }
     }
-    for (DisplayItemTreeWidgetItem* row : rows) {
-        row->setSelected(true);
-        tree->setCurrentItem(row, 0, QItemSelectionModel::NoUpdate);
-        row->setExpanded(expand);
-        tree->scrollToItem(row);
+    // Making a row current prints its properties, and the host's events may
+    // remove rows meanwhile: only rows that are still there are gone on with.
+    std::vector<RowGuard<DisplayItemTreeWidgetItem>> guardedRows;
+    guardedRows.reserve(rows.size());
+    for (DisplayItemTreeWidgetItem* row : rows)
+        guardedRows.push_back(guardRow(row));
+    for (const RowGuard<DisplayItemTreeWidgetItem>& guardedRow : guardedRows) {
+        if (DisplayItemTreeWidgetItem* row = guardedRow.get()) {
+            row->setSelected(true);
+            tree->setCurrentItem(row, 0, QItemSelectionModel::NoUpdate);
+        }
+        if (DisplayItemTreeWidgetItem* row = guardedRow.get()) {
+            row->setExpanded(expand);
+            tree->scrollToItem(row);
+        }
     }
 
     if (QTreeWidgetItem* topRow = tree->itemFromDFSIndex(0))
@@ -760,8 +830,12 @@ void DisplayModelDialog::onFindDisplayItemClicked()
     QTreeWidgetItem* pendingStart = m_displayItemTreeWidget->currentItem();
     const SearchText name(nameFragment);
     const SearchText value(searchValue);
+    const RowRemovalWatch watch(m_rowRemovals);
     for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
-        QTreeWidgetItem* found = findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, name, value);
+        QTreeWidgetItem* found
+            = findMatchingRow(m_displayItemTreeWidget->topLevelItem(i), pendingStart, name, value, watch);
+        if (watch.rowsRemoved())
+            return;
         if (found) {
             m_displayItemTreeWidget->setCurrentItem(found);
             return;
@@ -771,6 +845,9 @@ void DisplayModelDialog::onFindDisplayItemClicked()
 
 void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current)
 {
+    // Mirroring asks the host for the properties of both sides, and its
+    // events may remove the row; the change that removal makes prints the panes.
+    const RowGuard<QTreeWidgetItem> guardedCurrent = guardRow(current);
     // The mirrored change in the cloned tree comes back through its own slot,
     // which finds the guard set and does not mirror it back here.
     if (!m_syncingCurrentItem) {
@@ -778,6 +855,8 @@ void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current
         syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, current);
     }
     m_syncingCurrentItem = false;
+    if (current && !guardedCurrent.get())
+        return;
     printProperties(current);
 }
 
@@ -788,13 +867,7 @@ void DisplayModelDialog::onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, in
     if (auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(current)) {
         if (column != 0)
             return;
-        row->toggleVisibility();
-        // Duplicate children show geometry that belongs to this row's item too.
-        for (int i = 0; i < row->childCount(); ++i) {
-            auto* child = dynamic_cast<DisplayItemTreeWidgetItem*>(row->child(i));
-            if (child && child->isDuplicate())
-                child->toggleVisibility();
-        }
+        toggleWithDuplicateChildren(row);
     } else if (auto* editRow = dynamic_cast<EditModelTreeWidgetItem*>(current); editRow && column == 0) {
         editRow->toggleVisibility();
     } else {

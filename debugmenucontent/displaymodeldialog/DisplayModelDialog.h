@@ -163,6 +163,9 @@ private:
     // the item is set only from its lookup until the navigation after the build.
     std::shared_ptr<DisplayItemInterface> m_entryRowsItem;
     std::vector<DisplayItemTreeWidgetItem*> m_entryRows;
+    // Counts the rows removed and the rebuilds, so that a walk that asks the
+    // host along the way can tell whether the rows it stands on may have gone.
+    quint64 m_rowRemovals;
 };
 
 } // namespace Brennvik

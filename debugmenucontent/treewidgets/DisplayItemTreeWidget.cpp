@@ -90,7 +90,9 @@ void DisplayItemTreeWidget::contextMenuEvent(QContextMenuEvent* event)
         const std::shared_ptr<DisplayItemInterface> forSelect = m_contextItem->getDisplayItem();
         if (m_selectAction && forSelect && forSelect->isSelectionAllowed())
             menu->appendAction(m_selectAction, true);
-        const std::shared_ptr<DisplayItemInterface> forDelete = m_contextItem->getDisplayItem();
+        // Asking the host may have removed the row.
+        DisplayItemTreeWidgetItem* row = contextItem();
+        const std::shared_ptr<DisplayItemInterface> forDelete = row ? row->getDisplayItem() : nullptr;
         if (m_deleteAction && forDelete && forDelete->getParent())
             menu->appendAction(m_deleteAction, true);
         if (m_makeInvisibleAction)

@@ -1,0 +1,311 @@
+// Every user action of the display model dialog, driven through its widgets,
+// against a host that reacts inside the calls the action makes: while it is
+// told of a change, asked for properties or asked to update the display, the
+// host removes the item, its parent or its whole branch, removes its
+// children, adds children, or replaces the model's root. The action must end
+// quietly where what it worked on has gone, and the tree must still show the
+// model afterwards. One data row per action and reaction; under the
+// sanitizers a read of a deleted row fails the row.
+
+#include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
+
+#include <hostcontract/EditorDisplayModel.h>
+
+#include <referencehost/model/GeometryModuleItem.h>
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include "../common/ContextMenuDriver.h"
+#include "../common/ReactingHost.h"
+#include "../common/TestTree.h"
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <memory>
+#include <optional>
+
+namespace Brennvik {
+
+class DisplayModelDialogTestAccess
+{
+public:
+    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
+};
+
+} // namespace Brennvik
+
+using namespace Brennvik;
+using Brennvik::Test::HostReaction;
+using Brennvik::Test::ReactingItem;
+using Brennvik::Test::ReactingObserver;
+using Access = Brennvik::DisplayModelDialogTestAccess;
+
+namespace {
+
+const QString SelectEntry = QStringLiteral("&Select/deselect display item");
+const QString DeleteEntry = QStringLiteral("&Delete display item");
+const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
+const QString VisibleEntry = QStringLiteral("Make subtree visible");
+
+// What the user does.
+enum class Action {
+    DoubleClick, // on the row
+    MenuEntry,   // the row's context menu, then the entry
+    OpenMenu,    // the row's context menu, closed again
+    Pick,        // a click that makes the row current
+    PickCloned,  // the same in the cloned tree (clone mode)
+    FindNext,    // "Find next" with the search value "needle"
+    Navigate,    // the host asks the dialog to show the row's item
+};
+
+// Where the host reacts: inside an event of the item, inside the next
+// display or visibility update, or inside a getter of the item.
+enum class Trigger { Visual, Removed, Update, Properties, SelectionAllowed, Subtree };
+
+struct Operation
+{
+    const char* name;
+    Action action;
+    const char* row; // the row acted on
+    QString entry;   // the menu entry, for MenuEntry
+    Trigger trigger;
+    const char* item; // the item that triggers and that the reaction is about
+    bool cloneMode = false;
+};
+
+// Root
+//   A
+//     A1
+//     A2
+//   M          geometry module listing g1
+//     Geometry
+//       g1
+//     g1 (dup)
+//   B          its business property "mark" is "needle"
+//   e1         edit-model row
+const std::vector<Operation>& operations()
+{
+    static const std::vector<Operation> list{
+        {"double click", Action::DoubleClick, "A", {}, Trigger::Visual, "A"},
+        {"double click, duplicate child", Action::DoubleClick, "M", {}, Trigger::Visual, "g1"},
+        {"double click, update", Action::DoubleClick, "A", {}, Trigger::Update, "A"},
+        {"double click on an edit row, update", Action::DoubleClick, "e1", {}, Trigger::Update, "A"},
+        {"select", Action::MenuEntry, "A", SelectEntry, Trigger::Visual, "A"},
+        {"select, update", Action::MenuEntry, "A", SelectEntry, Trigger::Update, "A"},
+        {"delete", Action::MenuEntry, "A1", DeleteEntry, Trigger::Removed, "A"},
+        {"delete, update", Action::MenuEntry, "A1", DeleteEntry, Trigger::Update, "A"},
+        {"hide subtree", Action::MenuEntry, "A", InvisibleEntry, Trigger::Visual, "A1"},
+        {"hide subtree, collecting", Action::MenuEntry, "A", InvisibleEntry, Trigger::Subtree, "A"},
+        {"hide subtree, update", Action::MenuEntry, "A", InvisibleEntry, Trigger::Update, "A"},
+        {"show subtree", Action::MenuEntry, "A", VisibleEntry, Trigger::Visual, "A1"},
+        {"show subtree, collecting", Action::MenuEntry, "A", VisibleEntry, Trigger::Subtree, "A"},
+        {"open menu", Action::OpenMenu, "A", {}, Trigger::SelectionAllowed, "A"},
+        {"pick a row", Action::Pick, "A", {}, Trigger::Properties, "A"},
+        {"find next", Action::FindNext, "", {}, Trigger::Properties, "A1"},
+        {"navigate to an item", Action::Navigate, "A", {}, Trigger::Properties, "A"},
+        {"clone mode, pick a row", Action::Pick, "A", {}, Trigger::Properties, "A", true},
+        {"clone mode, pick a row, its clone reacts", Action::Pick, "A", {}, Trigger::Properties, "A (clone)", true},
+        {"clone mode, pick a cloned row", Action::PickCloned, "A", {}, Trigger::Properties, "A (clone)", true},
+        {"clone mode, pick a cloned row, the original reacts",
+         Action::PickCloned,
+         "A",
+         {},
+         Trigger::Properties,
+         "A",
+         true},
+        {"clone mode, double click", Action::DoubleClick, "A", {}, Trigger::Visual, "A", true},
+    };
+    return list;
+}
+
+std::shared_ptr<ReactingItem> makeItem(const std::string& name)
+{
+    return std::make_shared<ReactingItem>(name);
+}
+
+QTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text)
+{
+    const QList<QTreeWidgetItem*> rows = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive, 0);
+    return rows.isEmpty() ? nullptr : rows.first();
+}
+
+void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row)
+{
+    tree->scrollToItem(row);
+    const QPoint pos = tree->visualItemRect(row).center();
+    QTest::mousePress(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+}
+
+void click(QTreeWidget* tree, QTreeWidgetItem* row)
+{
+    tree->scrollToItem(row);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualItemRect(row).center());
+}
+
+} // namespace
+
+class tst_DisplayModelDialogReactingHost : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void actionSurvivesHostReaction_data();
+    void actionSurvivesHostReaction();
+};
+
+void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<int>("reaction");
+    for (std::size_t i = 0; i < operations().size(); ++i) {
+        for (const auto& [reactionName, reaction] : Test::allHostReactions()) {
+            QTest::addRow("%s, host %s", operations()[i].name, reactionName) << int(i) << int(reaction);
+        }
+    }
+}
+
+void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
+{
+    QFETCH(int, operation);
+    QFETCH(int, reaction);
+    const Operation& op = operations()[std::size_t(operation)];
+    const auto hostReaction = HostReaction(reaction);
+
+    // Only the model holds the items: a reaction that removes them releases them.
+    std::shared_ptr<SceneViewModel> viewModel;
+    {
+        auto root = makeItem("Root");
+        auto a = makeItem("A");
+        a->appendChildren({makeItem("A1"), makeItem("A2")});
+        auto module = std::make_shared<GeometryModuleItem>("M");
+        auto geometry = makeItem("Geometry");
+        auto g1 = makeItem("g1");
+        geometry->appendChild(g1);
+        module->appendChild(geometry);
+        module->addGeometryDisplayItem(g1);
+        auto b = makeItem("B");
+        b->setBusinessProperty("mark", "needle");
+        root->appendChildren({a, module, b});
+        viewModel = Test::makeViewModel(root);
+        viewModel->ensureEditorDisplayModel().addEditModelPrimitive("e1");
+    }
+
+    DisplayModelDialog dialog(nullptr);
+    dialog.resize(900, 700);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    DisplayItemTreeWidget* tree = dialog.m_displayItemTreeWidget;
+    QAbstractItemModelTester tester(tree->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    dialog.setViewModel(viewModel);
+    if (op.cloneMode)
+        dialog.m_useCloneCheckBox->setChecked(true);
+    DisplayItemTreeWidget* clonedTree = Access::clonedTree(dialog);
+    QCOMPARE(clonedTree != nullptr, op.cloneMode);
+    // The cloned tree is shown from the event loop.
+    if (clonedTree)
+        QTRY_VERIFY(clonedTree->isVisible());
+    tree->expandAll();
+
+    // The item that triggers, in the model or in the clone the dialog shows.
+    const QString itemName = QString::fromLatin1(op.item);
+    const bool inClone = itemName.endsWith(QLatin1String(" (clone)"));
+    QTreeWidget* itemTree = inClone ? static_cast<QTreeWidget*>(clonedTree) : tree;
+    QVERIFY(itemTree);
+    auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(
+        rowNamed(itemTree, inClone ? itemName.chopped(int(qstrlen(" (clone)"))) : itemName));
+    QVERIFY(itemRow);
+    std::shared_ptr<DisplayItem> item = std::dynamic_pointer_cast<DisplayItem>(itemRow->getDisplayItem());
+    QVERIFY(item);
+    auto* model = dynamic_cast<SceneDisplayModel*>(item->getDisplayModel());
+    QVERIFY(model);
+
+    std::optional<ReactingObserver> observer;
+    std::shared_ptr<const bool> reacted;
+    switch (op.trigger) {
+    case Trigger::Visual:
+        observer.emplace(item, *model, ReactingObserver::Trigger::VisualPropertiesChanged, hostReaction);
+        break;
+    case Trigger::Removed:
+        observer.emplace(item, *model, ReactingObserver::Trigger::ItemsRemoved, hostReaction);
+        break;
+    case Trigger::Update:
+        reacted = Test::reactInNextUpdate(*model, item, hostReaction);
+        break;
+    case Trigger::Properties:
+    case Trigger::SelectionAllowed:
+    case Trigger::Subtree: {
+        const auto armed = std::dynamic_pointer_cast<ReactingItem>(item);
+        QVERIFY(armed);
+        const ReactingItem::Getter getter = op.trigger == Trigger::Properties ? ReactingItem::Getter::Properties
+            : op.trigger == Trigger::Subtree                                  ? ReactingItem::Getter::Subtree
+                                                                              : ReactingItem::Getter::SelectionAllowed;
+        reacted = armed->reactInGetter(getter, *model, item, hostReaction);
+        break;
+    }
+    }
+    item.reset();
+    // The model of the cloned tree lives as long as the dialog's clone.
+    SceneDisplayModel* clonedModel = nullptr;
+    if (clonedTree) {
+        const auto clonedRoot = dynamic_cast<DisplayItemTreeWidgetItem*>(clonedTree->topLevelItem(0))->getDisplayItem();
+        clonedModel = dynamic_cast<SceneDisplayModel*>(clonedRoot->getDisplayModel());
+        QVERIFY(clonedModel);
+    }
+
+    // The reaction may release the item and all rows that show it.
+    const QString rowName = QString::fromLatin1(op.row);
+    switch (op.action) {
+    case Action::DoubleClick:
+        doubleClick(tree, rowNamed(tree, rowName));
+        break;
+    case Action::MenuEntry: {
+        QTreeWidgetItem* row = rowNamed(tree, rowName);
+        tree->scrollToItem(row);
+        const Test::ContextMenuVisit visit = Test::rightClick(tree, tree->visualItemRect(row).center(), op.entry);
+        QVERIFY2(visit.triggered, qPrintable(visit.entries.join(QLatin1String(", "))));
+        break;
+    }
+    case Action::OpenMenu: {
+        QTreeWidgetItem* row = rowNamed(tree, rowName);
+        tree->scrollToItem(row);
+        QVERIFY(Test::rightClick(tree, tree->visualItemRect(row).center()).accepted);
+        break;
+    }
+    case Action::Pick:
+        click(tree, rowNamed(tree, rowName));
+        break;
+    case Action::PickCloned:
+        click(clonedTree, rowNamed(clonedTree, rowName));
+        break;
+    case Action::FindNext:
+        tree->setCurrentItem(nullptr);
+        dialog.m_searchValueLE->setText(QStringLiteral("needle"));
+        QTest::mouseClick(dialog.m_findDisplayItemPB, Qt::LeftButton);
+        break;
+    case Action::Navigate:
+        dialog.navigateToInitialEntry(
+            dynamic_cast<DisplayItemTreeWidgetItem*>(rowNamed(tree, rowName))->getDisplayItem(), false, true);
+        break;
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    // The host did react inside the action.
+    QVERIFY(observer ? observer->hasReacted() : *reacted);
+
+    QCOMPARE(Test::rowsDifferFromModel(tree, viewModel->getDisplayModel()->getRootDisplayItem()), QString());
+    if (clonedModel)
+        QCOMPARE(Test::rowsDifferFromModel(clonedTree, clonedModel->getRootDisplayItem()), QString());
+}
+
+QTEST_MAIN(tst_DisplayModelDialogReactingHost)
+#include "tst_displaymodeldialog_reactinghost.moc"
