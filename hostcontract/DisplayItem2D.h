@@ -106,6 +106,10 @@ private:
     template<typename Event>
     void dispatch(const Event& event);
     void checkCanAdopt(const std::shared_ptr<DisplayItem2D>& child) const;
+    /// Whether \a candidate is \a item or one of its ancestors.
+    static bool isSelfOrAncestorOf(const DisplayItem2D& candidate, const DisplayItem2D& item);
+    /// Moves the children into \a pending, detached from this item.
+    void takeChildren(std::vector<std::shared_ptr<DisplayItem2D>>& pending);
     static void setProperty(PropertyList& list, const std::string& name, std::string value);
 
     std::string m_displayName;

@@ -29,22 +29,35 @@ struct DrawnItems
 };
 
 // Pre-order over the tree: an item that is not visible hides its subtree,
-// an excluded one also takes its subtree out of the data range.
-void collect(const std::shared_ptr<DisplayItem2D>& item, bool drawn, bool inRange, DrawnItems& result)
+// an excluded one also takes its subtree out of the data range. An explicit
+// stack, so that a plot of any depth is drawn.
+void collect(const std::shared_ptr<DisplayItem2D>& root, DrawnItems& result)
 {
-    if (!item)
-        return;
-    drawn = drawn && item->getVisibility() == DisplayItem2D::Visible;
-    inRange = inRange && item->getVisibility() != DisplayItem2D::Excluded;
-    if (const auto* plotItem = dynamic_cast<const PlotItem2D*>(item.get())) {
-        if (drawn)
-            result.painted.push_back(plotItem);
-        const QRectF bounds = plotItem->dataBounds();
-        if (inRange && !bounds.isNull())
-            result.dataRect = result.dataRect.isNull() ? bounds : result.dataRect.united(bounds);
+    struct Pending
+    {
+        const DisplayItem2D* item;
+        bool drawn;
+        bool inRange;
+    };
+    std::vector<Pending> pending{{root.get(), true, true}};
+    while (!pending.empty()) {
+        const Pending next = pending.back();
+        pending.pop_back();
+        if (!next.item)
+            continue;
+        const bool drawn = next.drawn && next.item->getVisibility() == DisplayItem2D::Visible;
+        const bool inRange = next.inRange && next.item->getVisibility() != DisplayItem2D::Excluded;
+        if (const auto* plotItem = dynamic_cast<const PlotItem2D*>(next.item)) {
+            if (drawn)
+                result.painted.push_back(plotItem);
+            const QRectF bounds = plotItem->dataBounds();
+            if (inRange && !bounds.isNull())
+                result.dataRect = result.dataRect.isNull() ? bounds : result.dataRect.united(bounds);
+        }
+        const auto& children = next.item->getChildren();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            pending.push_back({it->get(), drawn, inRange});
     }
-    for (const auto& child : item->getChildren())
-        collect(child, drawn, inRange, result);
 }
 
 // Some room around the data, and a range of 1 where the data has none.
@@ -120,7 +133,7 @@ void BkHQWidget2D::paintEvent(QPaintEvent*)
 
     DrawnItems items;
     if (model)
-        collect(model->getRootDisplayItem(), true, true, items);
+        collect(model->getRootDisplayItem(), items);
 
     PlotCanvas canvas;
     canvas.plotRect = plotRect;

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace Brennvik {
 
@@ -13,9 +15,26 @@ DisplayItem2D::DisplayItem2D(std::string displayName)
 
 DisplayItem2D::~DisplayItem2D()
 {
-    for (const auto& child : m_children)
-        child->m_parent = nullptr;
     // Observers hold us weakly; their references have expired by now.
+    // Children that die with this item give their own children up first, so
+    // that freeing a deep chain takes no deeper stack than freeing one item.
+    std::vector<std::shared_ptr<DisplayItem2D>> pending;
+    takeChildren(pending);
+    while (!pending.empty()) {
+        std::shared_ptr<DisplayItem2D> child = std::move(pending.back());
+        pending.pop_back();
+        if (child.use_count() == 1)
+            child->takeChildren(pending);
+    }
+}
+
+void DisplayItem2D::takeChildren(std::vector<std::shared_ptr<DisplayItem2D>>& pending)
+{
+    for (auto& child : m_children) {
+        child->m_parent = nullptr;
+        pending.push_back(std::move(child));
+    }
+    m_children.clear();
 }
 
 std::string DisplayItem2D::getDisplayName() const
@@ -185,10 +204,27 @@ void DisplayItem2D::checkCanAdopt(const std::shared_ptr<DisplayItem2D>& child) c
 {
     if (!child)
         throw std::invalid_argument("DisplayItem2D: empty child");
-    for (const DisplayItem2D* item = this; item; item = item->m_parent) {
-        if (item == child.get())
-            throw std::invalid_argument("DisplayItem2D: an item cannot hold itself or an ancestor");
+    if (isSelfOrAncestorOf(*child, *this))
+        throw std::invalid_argument("DisplayItem2D: an item cannot hold itself or an ancestor");
+}
+
+bool DisplayItem2D::isSelfOrAncestorOf(const DisplayItem2D& candidate, const DisplayItem2D& item)
+{
+    // One step up from the item and one step down through the candidate's
+    // subtree in turn: either walk alone answers, and the shorter one ends
+    // it, so adding a leaf below a deep item costs constant time.
+    std::vector<std::pair<const DisplayItem2D*, std::size_t>> below{{&candidate, 0}};
+    for (const DisplayItem2D* above = &item; above && !below.empty(); above = above->m_parent) {
+        if (above == &candidate || below.back().first == &item)
+            return true;
+        const DisplayItem2D* parent = below.back().first;
+        const std::size_t next = below.back().second++;
+        if (next < parent->m_children.size())
+            below.emplace_back(parent->m_children[next].get(), 0);
+        else
+            below.pop_back();
     }
+    return false;
 }
 
 void DisplayItem2D::setProperty(PropertyList& list, const std::string& name, std::string value)

@@ -18,6 +18,8 @@
 #include <referencehost/plot2d/PlotLegendItem2D.h>
 #include <referencehost/plot2d/SamplePlots.h>
 
+#include "SmallStack.h"
+
 #include <QApplication>
 #include <QImage>
 #include <QTest>
@@ -25,6 +27,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -132,6 +135,8 @@ private slots:
     void widgetPaintsDrawnCurvesOnly();
     void widgetRepaintsOnDisplayUpdate();
     void widgetIsFoundAsQObject();
+    void widgetPaintsADeepChain();
+    void deepChainIsAdoptedCheckedAndFreedOnASmallStack();
 
     // 3D side
     void vectorAddsComponentWise();
@@ -504,6 +509,67 @@ void tst_Plot2DModel::widgetPaintsDrawnCurvesOnly()
 
     widget.setPlotManager(nullptr);
     QCOMPARE(countPixels(widget.grab().toImage(), red), 0);
+}
+
+// A plot whose items nest far deeper than a recursive walk's stack allows:
+// the curve at the bottom is drawn, and the chain is freed with the manager.
+void tst_Plot2DModel::widgetPaintsADeepChain()
+{
+    const QColor red(255, 0, 0);
+    // Built from the bottom up, so that each adoption checks a short way up.
+    std::shared_ptr<DisplayItem2D> top
+        = std::make_shared<PlotCurveItem2D>("Red", red, std::vector<QPointF>{{0, 0}, {10, 10}});
+    for (int level = 0; level < 300000; ++level) {
+        auto parent = std::make_shared<DisplayItem2D>("Level");
+        parent->appendChild(top);
+        top = std::move(parent);
+    }
+    {
+        GenericPlotManager manager;
+        manager.getDisplayModel2D()->setRootDisplayItem(top);
+        BkHQWidget2D widget;
+        widget.resize(300, 200);
+        widget.setPlotManager(&manager);
+        QVERIFY(countPixels(widget.grab().toImage(), red) > 20);
+        top->setVisibility(DisplayItem2D::NotVisible); // hides the whole chain
+        QCOMPARE(countPixels(widget.grab().toImage(), red), 0);
+        widget.setPlotManager(nullptr);
+    }
+    top.reset();
+}
+
+void tst_Plot2DModel::deepChainIsAdoptedCheckedAndFreedOnASmallStack()
+{
+    bool refusedCycle = false;
+    bool refusedSelf = false;
+    std::size_t depth = 0;
+    Test::runOnSmallStack([&] {
+        // Built from the top down: every adoption is below a deep item.
+        auto root = std::make_shared<DisplayItem2D>("Root");
+        std::shared_ptr<DisplayItem2D> bottom = root;
+        for (int level = 0; level < 20000; ++level) {
+            auto child = std::make_shared<DisplayItem2D>("Level");
+            bottom->appendChild(child);
+            bottom = std::move(child);
+        }
+        try {
+            bottom->appendChild(root);
+        } catch (const std::invalid_argument&) {
+            refusedCycle = true;
+        }
+        try {
+            bottom->appendChild(bottom);
+        } catch (const std::invalid_argument&) {
+            refusedSelf = true;
+        }
+        for (const DisplayItem2D* item = bottom.get(); item->getParent(); item = item->getParent())
+            ++depth;
+        bottom.reset();
+        root.reset();
+    });
+    QVERIFY(refusedCycle);
+    QVERIFY(refusedSelf);
+    QCOMPARE(depth, std::size_t(20000));
 }
 
 void tst_Plot2DModel::widgetRepaintsOnDisplayUpdate()
