@@ -2,6 +2,7 @@
 
 #include "ProcessPlots.h"
 #include "SceneView3D.h"
+#include "VisitedItems.h"
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
 #include <debugmenucontent/displaymodel2d/DisplayModel2DDialog.h>
@@ -27,18 +28,63 @@
 #include <QMenuBar>
 #include <QStatusBar>
 
+#include <vector>
+
 namespace Brennvik {
 
 namespace {
 
-void addRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item)
+// Rows for the items below \a root, depth first with the children in the
+// host's order. The walk keeps its own stack, so any depth fits. An empty child
+// gets no row, and neither does an item met before (a broken host's cycle).
+void addRows(QTreeWidgetItem* rootRow, const std::shared_ptr<DisplayItemInterface>& root)
 {
-    int index = 0;
-    for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
-        auto* row = new DisplayItemTreeWidgetItem(parentRow, child, nullptr, false);
-        row->setItemIndex(index++);
-        addRows(row, child);
+    struct Pending
+    {
+        QTreeWidgetItem* parentRow;
+        std::shared_ptr<DisplayItemInterface> item;
+        int index; // the position in the parent's list of children
+    };
+    std::vector<Pending> stack;
+    const auto pushChildren = [&stack](QTreeWidgetItem* row, const DisplayItemInterface& item) {
+        const DisplayItemList children = item.getChildren();
+        for (int index = static_cast<int>(children.size()) - 1; index >= 0; --index)
+            stack.push_back({row, children[index], index});
+    };
+
+    VisitedItems visited;
+    visited.firstVisit(root);
+    pushChildren(rootRow, *root);
+    while (!stack.empty()) {
+        const Pending next = std::move(stack.back());
+        stack.pop_back();
+        if (!visited.firstVisit(next.item))
+            continue;
+        auto* row = new DisplayItemTreeWidgetItem(next.parentRow, next.item, nullptr, false);
+        row->setItemIndex(next.index);
+        pushChildren(row, *next.item);
     }
+}
+
+// Deletes the tree's rows from the bottom up. A row deletes its children
+// recursively, which a deep host tree would take past the end of the stack,
+// and taking a row's children walks their subtrees: taken from rows whose
+// children are already bare, each row is walked once.
+void deleteRows(QTreeWidget* tree)
+{
+    std::vector<QTreeWidgetItem*> rows;
+    while (tree->topLevelItemCount() > 0)
+        rows.push_back(tree->takeTopLevelItem(tree->topLevelItemCount() - 1));
+    const std::size_t topLevelCount = rows.size();
+    // Level by level: every row comes after its parent.
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        for (int child = 0; child < rows[i]->childCount(); ++child)
+            rows.push_back(rows[i]->child(child));
+    }
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        qDeleteAll((*row)->takeChildren());
+    for (std::size_t i = 0; i < topLevelCount; ++i)
+        delete rows[i];
 }
 
 } // namespace
@@ -135,6 +181,7 @@ ReferenceMainWindow::~ReferenceMainWindow()
     delete m_displayModel2DDialog;
     delete m_displayModelDialog;
     delete m_materialGenerator;
+    deleteRows(m_tree);
     m_viewModel->setView(nullptr);
     m_drawAreaPresenter->setChangeCallback({});
     m_viewModel->displayModel().setUpdateCallback({});
@@ -233,7 +280,7 @@ void ReferenceMainWindow::showEvent(QShowEvent* event)
 
 void ReferenceMainWindow::rebuildTree()
 {
-    m_tree->clear();
+    deleteRows(m_tree);
     const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
     if (root) {
         auto* top = new DisplayItemTreeWidgetItem(m_tree, root, nullptr, false);

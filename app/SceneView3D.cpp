@@ -1,5 +1,7 @@
 #include "SceneView3D.h"
 
+#include "VisitedItems.h"
+
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
 #include <hostcontract/LabelableDisplayItemInterface.h>
@@ -132,10 +134,14 @@ void SceneView3D::refresh()
     const std::shared_ptr<DisplayItemInterface> root = displayModel ? displayModel->getRootDisplayItem() : nullptr;
     if (root) {
         // Each child of the root is an island of its own.
+        VisitedItems visited;
+        visited.firstVisit(root);
         int island = 0;
         for (const std::shared_ptr<DisplayItemInterface>& child : root->getChildren()) {
+            if (!child || visited.contains(child))
+                continue;
             m_islandSlots.append(0);
-            collect(child, root->isVisible(), island++, 1);
+            collect(child, root->isVisible(), island++, 1, visited);
         }
     }
 
@@ -170,10 +176,11 @@ void SceneView3D::collectPlotLabels()
         return;
     const ViewTransformationProvider& transformation = view->getMainWindowTransformationProvider();
     std::vector<std::shared_ptr<DisplayItemInterface>> stack{root};
+    VisitedItems visited;
     while (!stack.empty()) {
         const std::shared_ptr<DisplayItemInterface> item = std::move(stack.back());
         stack.pop_back();
-        if (!item || !item->isVisible())
+        if (!visited.firstVisit(item) || !item->isVisible())
             continue;
         if (const auto* label = dynamic_cast<const PlotLabelDisplayItem*>(item.get())) {
             const Vector<float, 3> pixel
@@ -189,9 +196,11 @@ void SceneView3D::collectPlotLabels()
     }
 }
 
-void SceneView3D::collect(const std::shared_ptr<DisplayItemInterface>& top, bool parentShown, int island, int depth)
+void SceneView3D::collect(const std::shared_ptr<DisplayItemInterface>& top, bool parentShown, int island, int depth,
+                          VisitedItems& visited)
 {
     // Explicit stack: a host's model may be deeper than the call stack allows.
+    // Each item is taken once, so that a broken host's cycle ends.
     struct Entry
     {
         std::shared_ptr<DisplayItemInterface> item;
@@ -202,7 +211,7 @@ void SceneView3D::collect(const std::shared_ptr<DisplayItemInterface>& top, bool
     while (!stack.empty()) {
         Entry entry = std::move(stack.back());
         stack.pop_back();
-        if (!entry.item)
+        if (!visited.firstVisit(entry.item))
             continue;
         const bool shown = entry.parentShown && entry.item->isVisible();
 

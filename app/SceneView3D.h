@@ -11,12 +11,15 @@ namespace Brennvik {
 
 class DisplayItemInterface;
 class ViewModelInterface;
+class VisitedItems;
 
 /// The 3D draw area of the reference application: an isometric sketch of the
 /// display model of one view model. Every drawable item (one with a colour or
 /// a surface render mode, or a label) is a tile; tiles keep their place when
 /// other items are hidden, so hiding and showing read at a glance. Hidden
 /// items and items below hidden ones are not drawn; selected ones are outlined.
+/// Empty children are left out, and an item that a broken host lists again
+/// (in a cycle or in a second place) is drawn once.
 class SceneView3D : public QWidget
 {
     Q_OBJECT
@@ -68,7 +71,8 @@ private:
         QString text;
     };
 
-    void collect(const std::shared_ptr<DisplayItemInterface>& item, bool shown, int island, int depth);
+    void collect(const std::shared_ptr<DisplayItemInterface>& item, bool shown, int island, int depth,
+                 VisitedItems& visited);
     void collectPlotLabels();
 
     std::shared_ptr<ViewModelInterface> m_viewModel;

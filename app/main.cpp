@@ -1,7 +1,10 @@
+#include "GeneratedModelBudget.h"
 #include "ReferenceMainWindow.h"
 
 #include <referencehost/model/CloneDefect.h>
+#include <referencehost/model/DisplayItem.h>
 #include <referencehost/model/SampleModel.h>
+#include <referencehost/model/SceneDisplayModel.h>
 #include <referencehost/model/SceneViewModel.h>
 #include <referencehost/modelfile/ModelFile.h>
 #include <referencehost/modelfile/ModelFileError.h>
@@ -9,9 +12,11 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileInfo>
 #include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QTimer>
 #include <QTranslator>
 
@@ -59,6 +64,45 @@ QStringList availableLanguages()
     for (const QString& file : files)
         codes << file.mid(prefix.size(), file.size() - prefix.size() - 3);
     return codes;
+}
+
+// A command line the application cannot take: one message, exit status 2.
+int usageError(const QString& message)
+{
+    std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(message));
+    return 2;
+}
+
+// The defects of \a defects whose target no item of \a viewModel is named.
+QString unknownDefectTarget(const Brennvik::SceneViewModel& viewModel,
+                            const std::vector<Brennvik::CloneDefect>& defects)
+{
+    const std::shared_ptr<Brennvik::DisplayItem> root = viewModel.displayModel().rootDisplayItem();
+    for (const Brennvik::CloneDefect& defect : defects) {
+        if (!root || !root->findByDisplayName(defect.target)) {
+            return QStringLiteral("--clone-defect %1: no item is named '%2'")
+                .arg(QString::fromStdString(defect.toString()), QString::fromStdString(defect.target));
+        }
+    }
+    return QString();
+}
+
+// Writes \a shot to \a file through a file beside it that replaces it only
+// once complete, so that a failed write leaves what was there. Only an
+// ordinary file is replaced: a device or pipe of that name stays as it is.
+bool writeScreenshot(const QPixmap& shot, const QString& file, QString* error)
+{
+    const QFileInfo target(file);
+    if (target.exists() && !target.isFile()) {
+        *error = QStringLiteral("not a regular file");
+        return false;
+    }
+    QSaveFile out(file);
+    if (!out.open(QIODevice::WriteOnly) || !shot.save(&out, "PNG") || !out.commit()) {
+        *error = out.errorString();
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -114,6 +158,13 @@ int main(int argc, char* argv[])
     parser.addOption(openOption);
     parser.addOption(screenshotOption);
     parser.addOption(langOption);
+    // Errors of the command line are usage errors (status 2); Qt's own
+    // handling would give them status 1, that of a file that fails to load.
+    if (!parser.parse(QCoreApplication::arguments()))
+        return usageError(parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return usageError(QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
+    // What is left for Qt are --help and --version.
     parser.process(app);
 
     // Installed before any window is made: forms look their texts up once, when built.
@@ -152,6 +203,11 @@ int main(int argc, char* argv[])
                          qPrintable(parser.value(generateOption)));
             return 2;
         }
+        // Refused before building: a model the machine cannot hold would
+        // take it into swap long before the window shows.
+        const QString refusal = Brennvik::generatedModelRefusal(count, Brennvik::availablePhysicalMemory());
+        if (!refusal.isEmpty())
+            return usageError(refusal);
         viewModel = Brennvik::buildSyntheticViewModel(static_cast<std::size_t>(count), 1);
     } else {
         viewModel = Brennvik::buildSampleViewModel();
@@ -179,6 +235,9 @@ int main(int argc, char* argv[])
         }
         defects.push_back(*defect);
     }
+    const QString unknownTarget = unknownDefectTarget(*viewModel, defects);
+    if (!unknownTarget.isEmpty())
+        return usageError(unknownTarget);
     viewModel->setCloneDefects(std::move(defects));
 
     Brennvik::ReferenceMainWindow window(viewModel);
@@ -206,8 +265,10 @@ int main(int argc, char* argv[])
         // Rendered once the windows have been laid out by the event loop.
         QTimer::singleShot(0, &window, [&]() {
             const QPixmap shot = renderWindows(QList<QWidget*>{&window} + window.openDialogs());
-            if (shot.isNull() || !shot.save(file, "PNG")) {
-                std::fprintf(stderr, "brennvik-referenceapp: cannot write screenshot %s\n", qPrintable(file));
+            QString error = QStringLiteral("nothing to render");
+            if (shot.isNull() || !writeScreenshot(shot, file, &error)) {
+                std::fprintf(stderr, "brennvik-referenceapp: cannot write screenshot %s: %s\n", qPrintable(file),
+                             qPrintable(error));
                 QApplication::exit(1);
                 return;
             }

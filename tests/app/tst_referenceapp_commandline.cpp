@@ -1,0 +1,253 @@
+// The reference application's command line, run as its user runs it: exit
+// statuses, messages, and what is left on disk when a write fails.
+#include <GeneratedModelBudget.h>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+using namespace Brennvik;
+
+namespace {
+
+struct Run
+{
+    bool finished = false;
+    int exitCode = -1;
+    QString output;
+    QString errors;
+};
+
+// Runs \a program with \a arguments; one that does not end within the time
+// allowed is killed and reported as unfinished.
+Run run(const QString& program, const QStringList& arguments, int milliseconds = 60000)
+{
+    QProcess process;
+    process.start(program, arguments);
+    Run result;
+    result.finished = process.waitForFinished(milliseconds) && process.exitStatus() == QProcess::NormalExit;
+    if (!result.finished) {
+        process.kill();
+        process.waitForFinished();
+    }
+    result.exitCode = process.exitCode();
+    result.output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    result.errors = QString::fromLocal8Bit(process.readAllStandardError());
+    return result;
+}
+
+Run runApp(const QStringList& arguments, int milliseconds = 60000)
+{
+    return run(QStringLiteral(BRENNVIK_REFERENCEAPP), arguments, milliseconds);
+}
+
+// The application's own lines on stderr (Qt may add notes of its own).
+QStringList ownMessages(const Run& result)
+{
+    return result.errors.split(QLatin1Char('\n')).filter(QStringLiteral("brennvik-referenceapp:"));
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestReferenceAppCommandLine : public QObject
+{
+    Q_OBJECT
+private slots:
+    void usageErrorExitsWithStatusTwo_data();
+    void usageErrorExitsWithStatusTwo();
+    void helpAndVersionExitWithStatusZero_data();
+    void helpAndVersionExitWithStatusZero();
+
+    void generatedModelRefusal_data();
+    void generatedModelRefusal();
+    void generatedModelBeyondMemoryIsRefusedBeforeBuilding();
+
+    void screenshotReplacesAnExistingFile();
+    void failedScreenshotLeavesTheExistingFile();
+    void screenshotDoesNotReplaceASpecialFile();
+};
+
+void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("unknown option") << QStringList{"--no-such-option"} << "no-such-option";
+    QTest::newRow("option without its value") << QStringList{"--generate"} << "--generate";
+    QTest::newRow("stray argument") << QStringList{"stray"} << "'stray'";
+    QTest::newRow("clone defect of no kind") << QStringList{"--clone-defect", "bogus"} << "--clone-defect";
+    QTest::newRow("clone defect naming no item")
+        << QStringList{"--clone-defect", "flip-visibility:NoSuchItem"} << "no item is named 'NoSuchItem'";
+    QTest::newRow("clone defect naming no item of a generated model")
+        << QStringList{"--generate", "50", "--clone-defect", "drop-child:Punch"} << "no item is named 'Punch'";
+    QTest::newRow("no items to generate") << QStringList{"--generate", "0"} << "--generate";
+    QTest::newRow("unknown dialog") << QStringList{"--open", "nothing"} << "unknown dialog 'nothing'";
+    QTest::newRow("unknown language") << QStringList{"--lang", "xx"} << "unknown language 'xx'";
+    QTest::newRow("model and generated model")
+        << QStringList{"--model", "a.json", "--generate", "5"} << "exclude each other";
+}
+
+void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    // A command line that is taken renders a screenshot and ends. Put first,
+    // so that an option at the end of a row goes without its value.
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+    const Run result = runApp(QStringList{QStringLiteral("--screenshot"), shot} + arguments);
+
+    QVERIFY2(result.finished, qPrintable(result.errors));
+    QCOMPARE(result.exitCode, 2);
+    const QStringList ours = ownMessages(result);
+    QCOMPARE(ours.size(), 1);
+    QVERIFY2(ours.first().contains(message), qPrintable(ours.first()));
+    QVERIFY(!QFile::exists(shot));
+}
+
+void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("help") << "--help"
+                          << "--clone-defect";
+    QTest::newRow("version") << "--version"
+                             << "brennvik-referenceapp 0.1";
+}
+
+void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, output);
+    const Run result = runApp({option});
+    QVERIFY(result.finished);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.output.contains(output), qPrintable(result.output));
+}
+
+void TestReferenceAppCommandLine::generatedModelRefusal_data()
+{
+    QTest::addColumn<quint64>("items");
+    QTest::addColumn<qint64>("available"); // -1: not known
+    QTest::addColumn<QString>("refusal");  // empty: taken
+
+    const quint64 million = estimatedMemoryForGeneratedModel(1000000);
+    QTest::newRow("fits") << quint64(1000000) << qint64(million) << QString();
+    QTest::newRow("one byte short") << quint64(1000000) << qint64(million - 1)
+                                    << "--generate 1000000 would need about ";
+    QTest::newRow("far beyond") << quint64(50000000) << qint64(1) << "more than the 1 bytes available";
+    QTest::newRow("memory not known") << quint64(50000000) << qint64(-1) << QString();
+}
+
+void TestReferenceAppCommandLine::generatedModelRefusal()
+{
+    QFETCH(quint64, items);
+    QFETCH(qint64, available);
+    QFETCH(QString, refusal);
+    const std::optional<quint64> memory = available < 0 ? std::nullopt : std::optional<quint64>(available);
+    const QString text = Brennvik::generatedModelRefusal(items, memory);
+    if (refusal.isEmpty())
+        QVERIFY2(text.isEmpty(), qPrintable(text));
+    else
+        QVERIFY2(text.contains(refusal), qPrintable(text));
+    // The estimate grows with the count.
+    QVERIFY(estimatedMemoryForGeneratedModel(items + 1) > estimatedMemoryForGeneratedModel(items));
+}
+
+void TestReferenceAppCommandLine::generatedModelBeyondMemoryIsRefusedBeforeBuilding()
+{
+    const quint64 items = 50000000;
+    const std::optional<quint64> available = availablePhysicalMemory();
+    if (!available)
+        QSKIP("this system does not tell its available memory");
+    if (estimatedMemoryForGeneratedModel(items) <= *available)
+        QSKIP("this machine could hold the largest model the option takes");
+
+    // Refused before a single item is made: well within the time allowed.
+    const Run result = runApp({QStringLiteral("--generate"), QString::number(items)}, 30000);
+    QVERIFY2(result.finished, "the model was being built");
+    QCOMPARE(result.exitCode, 2);
+    const QStringList ours = ownMessages(result);
+    QCOMPARE(ours.size(), 1);
+    QVERIFY2(ours.first().contains(QStringLiteral("would need about")), qPrintable(ours.first()));
+}
+
+void TestReferenceAppCommandLine::screenshotReplacesAnExistingFile()
+{
+    QTemporaryDir dir;
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+    QFile old(shot);
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("an older screenshot");
+    old.close();
+
+    const Run result = runApp({QStringLiteral("--screenshot"), shot});
+    QVERIFY(result.finished);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(!QImage(shot).isNull());
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"shot.png"});
+}
+
+void TestReferenceAppCommandLine::failedScreenshotLeavesTheExistingFile()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("the write is made to fail by a file size limit");
+#else
+    QTemporaryDir dir;
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+    QImage previous(64, 64, QImage::Format_RGB32);
+    previous.fill(Qt::darkCyan);
+    QVERIFY(previous.save(shot, "PNG"));
+    const QByteArray before = readAll(shot);
+
+    // A file size limit of a few kilobytes, with the signal that it raises
+    // ignored: every write beyond it fails, as on a full disk.
+    const Run result = run(QStringLiteral("/bin/sh"),
+                           {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 8; exec \"$0\" \"$@\""),
+                            QStringLiteral(BRENNVIK_REFERENCEAPP), QStringLiteral("--screenshot"), shot});
+    QVERIFY(result.finished);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(ownMessages(result).size(), 1);
+    QVERIFY2(ownMessages(result).first().contains(QStringLiteral("cannot write screenshot")),
+             qPrintable(result.errors));
+    QCOMPARE(readAll(shot), before);
+    // Nothing half-written is left beside it either.
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"shot.png"});
+#endif
+}
+
+void TestReferenceAppCommandLine::screenshotDoesNotReplaceASpecialFile()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("named pipes are made with mkfifo");
+#else
+    QTemporaryDir dir;
+    const QString pipe = dir.filePath(QStringLiteral("pipe.png"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+
+    const Run result = runApp({QStringLiteral("--screenshot"), pipe}, 30000);
+    QVERIFY2(result.finished, "the application waited for a reader of the pipe");
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(ownMessages(result).size(), 1);
+    QVERIFY2(ownMessages(result).first().contains(QStringLiteral("not a regular file")), qPrintable(result.errors));
+    QVERIFY(!QFileInfo(pipe).isFile());
+    QVERIFY(QFileInfo::exists(pipe));
+#endif
+}
+
+QTEST_MAIN(TestReferenceAppCommandLine)
+#include "tst_referenceapp_commandline.moc"

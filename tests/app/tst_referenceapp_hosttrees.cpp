@@ -1,0 +1,219 @@
+// The reference application's main window on host trees that break the
+// contract or strain it: empty children, cycles, a very deep chain.
+#include "ExtraChildrenItem.h"
+#include "TestTree.h"
+
+#include <ReferenceMainWindow.h>
+#include <SceneView3D.h>
+
+#include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
+
+#include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneViewModel.h>
+
+#include <QAction>
+#include <QtTest>
+
+#include <memory>
+
+using namespace Brennvik;
+using namespace Brennvik::Test;
+
+namespace {
+
+using TreeMaker = std::shared_ptr<ExtraChildrenItem> (*)();
+
+std::shared_ptr<ExtraChildrenItem> coloured(const char* name)
+{
+    auto item = std::make_shared<ExtraChildrenItem>(name);
+    item->setDisplayProperty("color", "#c08040");
+    return item;
+}
+
+// The rows below \a row as text, e.g. "root(a(b),c)".
+QString rowShape(const QTreeWidgetItem* row)
+{
+    QString text = row->text(0);
+    if (row->childCount() == 0)
+        return text;
+    QStringList children;
+    for (int i = 0; i < row->childCount(); ++i)
+        children << rowShape(row->child(i));
+    return text + '(' + children.join(',') + ')';
+}
+
+QAction* rebuildAction(ReferenceMainWindow& window)
+{
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (action->text() == QLatin1String("&Rebuild tree"))
+            return action;
+    }
+    return nullptr;
+}
+
+// Deep enough to overflow the stack of a recursive walk, small enough for CI;
+// BRENNVIK_APP_CHAIN_DEPTH sets another depth for a measurement by hand.
+int chainDepth()
+{
+    bool ok = false;
+    const int depth = qEnvironmentVariableIntValue("BRENNVIK_APP_CHAIN_DEPTH", &ok);
+    return ok && depth > 0 ? depth : 200000;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(TreeMaker)
+
+class TestReferenceAppHostTrees : public QObject
+{
+    Q_OBJECT
+private slots:
+    void brokenTreeIsShownWithoutItsFaults_data();
+    void brokenTreeIsShownWithoutItsFaults();
+    void cycleInTheLabelModelEnds();
+    void deepChainIsShown();
+};
+
+void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults_data()
+{
+    QTest::addColumn<TreeMaker>("makeTree");
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<QStringList>("drawn");
+
+    QTest::newRow("empty child of the root") << TreeMaker([]() {
+        auto root = coloured("root");
+        root->appendChild(coloured("a"));
+        root->listEmpty();
+        root->listOwned(coloured("b"));
+        return root;
+    }) << "root(a,b)" << QStringList{"a", "b"};
+    QTest::newRow("empty child further down") << TreeMaker([]() {
+        auto root = coloured("root");
+        auto a = coloured("a");
+        a->listEmpty();
+        a->listOwned(coloured("c"));
+        root->appendChild(a);
+        return root;
+    }) << "root(a(c))" << QStringList{"a", "c"};
+    QTest::newRow("item lists itself") << TreeMaker([]() {
+        auto root = coloured("root");
+        auto a = coloured("a");
+        a->listUnowned(a);
+        a->listOwned(coloured("b"));
+        root->appendChild(a);
+        return root;
+    }) << "root(a(b))" << QStringList{"a", "b"};
+    QTest::newRow("item lists its parent") << TreeMaker([]() {
+        auto root = coloured("root");
+        auto a = coloured("a");
+        auto b = coloured("b");
+        b->listUnowned(a);
+        b->listOwned(coloured("c"));
+        a->listOwned(b);
+        root->appendChild(a);
+        return root;
+    }) << "root(a(b(c)))" << QStringList{"a", "b", "c"};
+    QTest::newRow("item lists the root") << TreeMaker([]() {
+        auto root = coloured("root");
+        auto a = coloured("a");
+        a->listUnowned(root);
+        root->appendChild(a);
+        root->appendChild(coloured("d"));
+        return root;
+    }) << "root(a,d)" << QStringList{"a", "d"};
+    QTest::newRow("item listed in two places") << TreeMaker([]() {
+        auto root = coloured("root");
+        auto a = coloured("a");
+        auto b = coloured("b");
+        b->listUnowned(a);
+        root->appendChild(a);
+        root->appendChild(b);
+        return root;
+    }) << "root(a,b)" << QStringList{"a", "b"};
+}
+
+void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
+{
+    QFETCH(TreeMaker, makeTree);
+    QFETCH(QString, rows);
+    QFETCH(QStringList, drawn);
+
+    const std::shared_ptr<SceneViewModel> viewModel = makeViewModel(makeTree());
+    ReferenceMainWindow window(viewModel);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    DisplayItemTreeWidget* tree = window.displayItemTree();
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QCOMPARE(rowShape(tree->topLevelItem(0)), rows);
+    QCOMPARE(window.sceneView()->drawnItemNames(), drawn);
+
+    // Built again on the same broken tree, the result is the same.
+    viewModel->displayModel().doVisibilityUpdate();
+    QCOMPARE(window.sceneView()->drawnItemNames(), drawn);
+    QAction* rebuild = rebuildAction(window);
+    QVERIFY(rebuild);
+    rebuild->trigger();
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QCOMPARE(rowShape(tree->topLevelItem(0)), rows);
+}
+
+void TestReferenceAppHostTrees::cycleInTheLabelModelEnds()
+{
+    auto labels = coloured("Labels");
+    auto group = coloured("Group");
+    group->listUnowned(labels);
+    group->listEmpty();
+    labels->appendChild(group);
+    const std::shared_ptr<SceneViewModel> viewModel = makeViewModel(coloured("root"));
+    viewModel->labelDisplayModel().setRootDisplayItem(labels);
+
+    ReferenceMainWindow window(viewModel);
+    // The application's own plot labels are real children of the label root, after the group.
+    QCOMPARE(window.sceneView()->drawnPlotLabels().size(), 4);
+}
+
+void TestReferenceAppHostTrees::deepChainIsShown()
+{
+    const int depth = chainDepth();
+    auto root = std::make_shared<ExtraChildrenItem>("root");
+    appendChain(*root, depth);
+    const std::shared_ptr<SceneViewModel> viewModel = makeViewModel(root);
+    root.reset();
+
+    auto window = std::make_unique<ReferenceMainWindow>(viewModel);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+
+    // One row per level, each the only child of the one above.
+    int rows = 0;
+    const QTreeWidgetItem* deepest = nullptr;
+    for (const QTreeWidgetItem* row = window->displayItemTree()->topLevelItem(0); row;
+         row = row->childCount() == 1 ? row->child(0) : nullptr) {
+        deepest = row;
+        ++rows;
+    }
+    QCOMPARE(rows, depth + 1);
+    QCOMPARE(deepest->childCount(), 0);
+    QCOMPARE(deepest->text(0), QString::number(depth));
+
+    // Every level but the root is drawn, from the top down.
+    SceneView3D* view = window->sceneView();
+    QCOMPARE(view->drawnItemCount(), depth);
+    const QStringList names = view->drawnItemNames();
+    QVERIFY(!names.isEmpty());
+    QCOMPARE(names.first(), QStringLiteral("1"));
+    QCOMPARE(names.last(), QString::number(names.size()));
+
+    // Drawn and built again, then torn down: none of it may recurse either.
+    viewModel->displayModel().doVisibilityUpdate();
+    QCOMPARE(view->drawnItemCount(), depth);
+    QAction* rebuild = rebuildAction(*window);
+    QVERIFY(rebuild);
+    rebuild->trigger();
+    QCOMPARE(window->displayItemTree()->topLevelItemCount(), 1);
+    window.reset();
+}
+
+QTEST_MAIN(TestReferenceAppHostTrees)
+#include "tst_referenceapp_hosttrees.moc"
