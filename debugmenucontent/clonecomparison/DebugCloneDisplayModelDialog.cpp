@@ -11,6 +11,8 @@
 #include <QString>
 
 #include <typeinfo>
+#include <unordered_set>
+#include <vector>
 
 namespace Brennvik {
 
@@ -59,12 +61,38 @@ void DebugCloneDisplayModelDialog::rebuildTrees()
     build(m_clonedDisplayItemTree, rootOf(m_clonedViewModel));
 }
 
+// Depth first with an explicit stack, as a recursive build would go: the
+// host's tree may be a chain far deeper than the call stack. An empty child
+// gets no row; an item met again on its own way down (it lists itself or an
+// ancestor) gets a row, and nothing below it.
 void DebugCloneDisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* row,
                                                         std::shared_ptr<DisplayItemInterface> item)
 {
-    for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
-        auto* childRow = new DisplayItemTreeWidgetItem(row, child, nullptr, false);
-        buildTreeRecursively(childRow, child);
+    struct Frame
+    {
+        DisplayItemTreeWidgetItem* row;
+        const DisplayItemInterface* item;
+        DisplayItemList children;
+        std::size_t next;
+    };
+    std::unordered_set<const DisplayItemInterface*> onPath{item.get()};
+    std::vector<Frame> stack;
+    stack.push_back({row, item.get(), item->getChildren(), 0});
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        if (frame.next == frame.children.size()) {
+            onPath.erase(frame.item);
+            stack.pop_back();
+            continue;
+        }
+        const std::shared_ptr<DisplayItemInterface> child = frame.children[frame.next++];
+        if (!child)
+            continue;
+        auto* childRow = new DisplayItemTreeWidgetItem(frame.row, child, nullptr, false);
+        if (!onPath.insert(child.get()).second)
+            continue;
+        DisplayItemList grandChildren = child->getChildren();
+        stack.push_back({childRow, child.get(), std::move(grandChildren), 0});
     }
 }
 
@@ -84,39 +112,71 @@ void DebugCloneDisplayModelDialog::compareTreeStructure()
     }
 }
 
+// Pre-order with an explicit stack, in the order of a recursive walk: the
+// findings of a pair come before those of its children. Pairs with an empty
+// side are skipped, and a pair whose items are already on the way down (a
+// cycle) is compared but not descended into again.
 void DebugCloneDisplayModelDialog::compareDisplayItemsRecursively(std::shared_ptr<DisplayItemInterface> original,
                                                                   std::shared_ptr<DisplayItemInterface> cloned)
 {
-    const DisplayItemList originalChildren = original->getChildren();
-    const DisplayItemList clonedChildren = cloned->getChildren();
+    std::vector<ComparedItems> stack;
+    PathItems onPath;
+    openComparison(stack, onPath, original, cloned);
+    while (!stack.empty()) {
+        ComparedItems& frame = stack.back();
+        if (frame.next == frame.originalChildren.size()) {
+            onPath.original.erase(frame.original.get());
+            onPath.cloned.erase(frame.cloned.get());
+            stack.pop_back();
+            continue;
+        }
+        const std::size_t i = frame.next++;
+        const std::shared_ptr<DisplayItemInterface> originalChild = frame.originalChildren[i];
+        const std::shared_ptr<DisplayItemInterface> clonedChild = frame.clonedChildren[i];
+        if (compareChildPair(originalChild, clonedChild) && !onPath.holds(originalChild, clonedChild))
+            openComparison(stack, onPath, originalChild, clonedChild);
+    }
+}
+
+void DebugCloneDisplayModelDialog::openComparison(std::vector<ComparedItems>& stack, PathItems& onPath,
+                                                  const std::shared_ptr<DisplayItemInterface>& original,
+                                                  const std::shared_ptr<DisplayItemInterface>& cloned)
+{
+    DisplayItemList originalChildren = original->getChildren();
+    DisplayItemList clonedChildren = cloned->getChildren();
 
     // Children of lists that do not match by length cannot be paired.
     if (originalChildren.size() != clonedChildren.size()) {
         m_differences.emplace_back("Child count differs", original->getDescription());
         return;
     }
+    onPath.original.insert(original.get());
+    onPath.cloned.insert(cloned.get());
+    stack.push_back({original, cloned, std::move(originalChildren), std::move(clonedChildren), 0});
+}
 
-    // Item texts come from the original side; the walk never stops at the
-    // first difference.
-    for (std::size_t i = 0; i < originalChildren.size(); ++i) {
-        const std::shared_ptr<DisplayItemInterface>& originalChild = originalChildren[i];
-        const std::shared_ptr<DisplayItemInterface>& clonedChild = clonedChildren[i];
-
-        const DisplayItemInterface& originalObject = *originalChild;
-        const DisplayItemInterface& clonedObject = *clonedChild;
-        if (typeid(originalObject) != typeid(clonedObject)) {
-            m_differences.emplace_back("Type differs", originalChild->getDescription());
-            continue;
-        }
-        if (originalChild == clonedChild) {
-            // The clone holds the original object instead of a copy.
-            m_differences.emplace_back("Pointer was copied", originalChild->getDescription());
-            continue;
-        }
-        if (clonedChild->isVisible() != originalChild->isVisible())
-            m_differences.emplace_back("Visibility differs", originalChild->getDescription());
-        compareDisplayItemsRecursively(originalChild, clonedChild);
+// Records what differs between two children at the same position; true when
+// their subtrees are to be compared too. Item texts come from the original
+// side; the walk never stops at the first difference.
+bool DebugCloneDisplayModelDialog::compareChildPair(const std::shared_ptr<DisplayItemInterface>& originalChild,
+                                                    const std::shared_ptr<DisplayItemInterface>& clonedChild)
+{
+    if (!originalChild || !clonedChild)
+        return false;
+    const DisplayItemInterface& originalObject = *originalChild;
+    const DisplayItemInterface& clonedObject = *clonedChild;
+    if (typeid(originalObject) != typeid(clonedObject)) {
+        m_differences.emplace_back("Type differs", originalChild->getDescription());
+        return false;
     }
+    if (originalChild == clonedChild) {
+        // The clone holds the original object instead of a copy.
+        m_differences.emplace_back("Pointer was copied", originalChild->getDescription());
+        return false;
+    }
+    if (clonedChild->isVisible() != originalChild->isVisible())
+        m_differences.emplace_back("Visibility differs", originalChild->getDescription());
+    return true;
 }
 
 } // namespace Brennvik

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,32 @@ private:
     void buildTreeRecursively(DisplayItemTreeWidgetItem* row, std::shared_ptr<DisplayItemInterface> item);
     void compareDisplayItemsRecursively(std::shared_ptr<DisplayItemInterface> original,
                                         std::shared_ptr<DisplayItemInterface> cloned);
+
+    // Two items whose children are being compared, and the next child position.
+    struct ComparedItems
+    {
+        std::shared_ptr<DisplayItemInterface> original;
+        std::shared_ptr<DisplayItemInterface> cloned;
+        std::vector<std::shared_ptr<DisplayItemInterface>> originalChildren;
+        std::vector<std::shared_ptr<DisplayItemInterface>> clonedChildren;
+        std::size_t next;
+    };
+    // The items of both sides on the way down to the pair compared now.
+    struct PathItems
+    {
+        std::unordered_set<const DisplayItemInterface*> original;
+        std::unordered_set<const DisplayItemInterface*> cloned;
+        bool holds(const std::shared_ptr<DisplayItemInterface>& originalItem,
+                   const std::shared_ptr<DisplayItemInterface>& clonedItem) const
+        {
+            return original.count(originalItem.get()) > 0 || cloned.count(clonedItem.get()) > 0;
+        }
+    };
+    void openComparison(std::vector<ComparedItems>& stack, PathItems& onPath,
+                        const std::shared_ptr<DisplayItemInterface>& original,
+                        const std::shared_ptr<DisplayItemInterface>& cloned);
+    bool compareChildPair(const std::shared_ptr<DisplayItemInterface>& originalChild,
+                          const std::shared_ptr<DisplayItemInterface>& clonedChild);
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     std::shared_ptr<ViewModelInterface> m_clonedViewModel;

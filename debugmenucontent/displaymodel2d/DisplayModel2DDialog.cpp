@@ -3,6 +3,8 @@
 #include "DisplayItemTreeWidgetItem2D.h"
 #include "DisplayItemTypeCollector.h"
 
+#include <debugmenucontent/treewidgets/RowTeardown.h>
+
 #include <hostcontract/ApplicationWindow.h>
 #include <hostcontract/BasePresenter.h>
 #include <hostcontract/BkHQWidget2D.h>
@@ -36,6 +38,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Brennvik {
 
@@ -89,7 +92,11 @@ DisplayModel2DDialog::DisplayModel2DDialog(const MainWindowPresenter& presenter,
     connect(m_updateListPB, &QPushButton::clicked, this, &DisplayModel2DDialog::onUpdateListPBClicked);
 }
 
-DisplayModel2DDialog::~DisplayModel2DDialog() = default;
+DisplayModel2DDialog::~DisplayModel2DDialog()
+{
+    // QTreeWidget's own teardown would free a deep chain of rows recursively.
+    deleteRowsQuietly(m_displayItemTreeWidget);
+}
 
 void DisplayModel2DDialog::setViewModel(std::shared_ptr<ViewModelInterface> viewModel)
 {
@@ -142,7 +149,7 @@ void DisplayModel2DDialog::setDisplayModel2D(DisplayModel2D* model)
 
 void DisplayModel2DDialog::rebuildTree()
 {
-    m_displayItemTreeWidget->clear();
+    clearRowsDeepestFirst(m_displayItemTreeWidget);
     if (!m_displayModel2D)
         return;
     const std::shared_ptr<DisplayItem2D> root = m_displayModel2D->getRootDisplayItem();
@@ -152,12 +159,32 @@ void DisplayModel2DDialog::rebuildTree()
     buildTreeRecursively(m_rootItem, root);
 }
 
+// Depth first with an explicit stack, as a recursive build would go: a plot's
+// tree may be deeper than the call stack. The children are read afresh at
+// each step, so that rows made meanwhile by the items' events cannot leave
+// the build holding a list the host has changed.
 void DisplayModel2DDialog::buildTreeRecursively(DisplayItemTreeWidgetItem2D* parentRow,
                                                 std::shared_ptr<DisplayItem2D> item)
 {
-    for (const std::shared_ptr<DisplayItem2D>& child : item->getChildren()) {
-        auto* row = new DisplayItemTreeWidgetItem2D(parentRow, child, this);
-        buildTreeRecursively(row, child);
+    struct Frame
+    {
+        DisplayItemTreeWidgetItem2D* row;
+        std::shared_ptr<DisplayItem2D> item;
+        std::size_t next;
+    };
+    std::vector<Frame> stack{{parentRow, std::move(item), 0}};
+    while (!stack.empty()) {
+        Frame& frame = stack.back();
+        const std::vector<std::shared_ptr<DisplayItem2D>>& children = frame.item->getChildren();
+        if (frame.next >= children.size()) {
+            stack.pop_back();
+            continue;
+        }
+        std::shared_ptr<DisplayItem2D> child = children[frame.next++];
+        if (!child)
+            continue;
+        auto* row = new DisplayItemTreeWidgetItem2D(frame.row, child, this);
+        stack.push_back({row, std::move(child), 0});
     }
 }
 
@@ -179,7 +206,7 @@ void DisplayModel2DDialog::displayItemRemoved(DisplayItemTreeWidgetItem2D* row, 
     for (int i = 0; i < row->childCount(); ++i) {
         auto* childRow = dynamic_cast<DisplayItemTreeWidgetItem2D*>(row->child(i));
         if (childRow && childRow->getDisplayItem() == child) {
-            delete row->takeChild(i);
+            deleteDetachedRows(row->takeChild(i));
             break;
         }
     }
@@ -215,10 +242,18 @@ void DisplayModel2DDialog::updateVisiblity(QTreeWidgetItem* item)
         return;
     if (!start)
         return;
-    for (int i = 0; i < start->childCount(); ++i) {
-        if (auto* row = dynamic_cast<DisplayItemTreeWidgetItem2D*>(start->child(i))) {
-            row->setVisiblityIcon();
-            updateVisiblity(row);
+    // Pre-order with an explicit stack of (row, next child): the tree may be
+    // deeper than the call stack. Rows of another kind end their branch.
+    std::vector<std::pair<QTreeWidgetItem*, int>> stack{{start, 0}};
+    while (!stack.empty()) {
+        auto& [row, next] = stack.back();
+        if (next >= row->childCount()) {
+            stack.pop_back();
+            continue;
+        }
+        if (auto* childRow = dynamic_cast<DisplayItemTreeWidgetItem2D*>(row->child(next++))) {
+            childRow->setVisiblityIcon();
+            stack.emplace_back(childRow, 0);
         }
     }
 }

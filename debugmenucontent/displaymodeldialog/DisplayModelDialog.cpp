@@ -4,6 +4,7 @@
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/EditModelTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/RowGuard.h>
+#include <debugmenucontent/treewidgets/RowTeardown.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
@@ -35,8 +36,14 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 #include <optional>
+#include <tuple>
 #include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace Brennvik {
 
@@ -192,22 +199,40 @@ private:
     quint64 m_start;
 };
 
-QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart, const SearchText& nameFragment,
+// Whether \a row is the first to test: a pending start row is passed over
+// (and the search begins after it) when it is met.
+bool testsRow(QTreeWidgetItem* row, QTreeWidgetItem*& pendingStart)
+{
+    if (!pendingStart)
+        return true;
+    if (row == pendingStart)
+        pendingStart = nullptr;
+    return false;
+}
+
+// Pre-order from \a top with an explicit stack of (row, next child), so that
+// a deep tree does not exhaust the call stack; children are read as the walk
+// reaches them, as a recursive walk would. Null when nothing matches or rows
+// went while the host was asked.
+QTreeWidgetItem* findMatchingRow(QTreeWidgetItem* top, QTreeWidgetItem*& pendingStart, const SearchText& nameFragment,
                                  const SearchText& searchValue, const RowRemovalWatch& watch)
 {
-    if (pendingStart) {
-        if (row == pendingStart)
-            pendingStart = nullptr;
-    } else if (rowMatches(row, nameFragment, searchValue)) {
-        return watch.rowsRemoved() ? nullptr : row;
-    }
-    if (watch.rowsRemoved())
-        return nullptr;
-    for (int i = 0; i < row->childCount(); ++i) {
-        if (QTreeWidgetItem* found = findMatchingRow(row->child(i), pendingStart, nameFragment, searchValue, watch))
-            return found;
-        if (watch.rowsRemoved())
-            return nullptr;
+    const auto matches = [&](QTreeWidgetItem* row) {
+        return testsRow(row, pendingStart) && rowMatches(row, nameFragment, searchValue);
+    };
+    if (matches(top))
+        return watch.rowsRemoved() ? nullptr : top;
+    std::vector<std::pair<QTreeWidgetItem*, int>> stack{{top, 0}};
+    while (!stack.empty() && !watch.rowsRemoved()) {
+        auto& [row, next] = stack.back();
+        if (next >= row->childCount()) {
+            stack.pop_back();
+            continue;
+        }
+        QTreeWidgetItem* child = row->child(next++);
+        if (matches(child))
+            return watch.rowsRemoved() ? nullptr : child;
+        stack.emplace_back(child, 0);
     }
     return nullptr;
 }
@@ -373,9 +398,9 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
 {
     ++m_rowRemovals;
     if (!cloneOnly)
-        m_displayItemTreeWidget->clear();
+        clearRowsDeepestFirst(m_displayItemTreeWidget);
     if (m_clonedDisplayItemTreeWidget) {
-        m_clonedDisplayItemTreeWidget->clear();
+        clearRowsDeepestFirst(m_clonedDisplayItemTreeWidget);
         m_clonedTopRow = nullptr;
     }
 
@@ -499,6 +524,28 @@ void DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetI
         tree->insertTopLevelItem(position, topRow);
 }
 
+namespace {
+
+// One item whose rows are being made: its children first, then, when the
+// item is a geometry module after a "Geometry" row, its geometry list.
+struct BuildFrame
+{
+    DisplayItemTreeWidgetItem* parentRow;
+    std::shared_ptr<DisplayItemInterface> item;
+    DisplayItemList pending;
+    std::size_t next;
+    int index;
+    bool geometrySeen;
+    bool duplicate;
+    bool listingGeometry;
+};
+
+} // namespace
+
+// Depth first with an explicit stack, in the order of a recursive build: the
+// host's tree may be a chain far deeper than the call stack. An empty child
+// gets no row. An item met again on its own way down (it lists itself or an
+// ancestor) gets a row that shows it, and nothing below that row.
 void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow,
                                               std::shared_ptr<DisplayItemInterface> item, bool geometrySeen,
                                               bool duplicate)
@@ -506,30 +553,43 @@ void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentR
     if (!parentRow || !item)
         return;
 
-    int index = 0;
-    for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
-        auto* row = new DisplayItemTreeWidgetItem(parentRow, child, this, duplicate);
-        noteIfEntryRow(row, child);
-        row->setItemIndex(index);
-        buildTreeRecursively(row, child, geometrySeen, duplicate);
-        // Once the "Geometry" group is built, geometry modules after it list
-        // their geometry a second time.
-        if (!geometrySeen && row->text(0) == QLatin1String("Geometry"))
-            geometrySeen = true;
-        ++index;
-    }
+    std::unordered_set<const DisplayItemInterface*> onPath{item.get()};
+    std::vector<BuildFrame> stack;
+    stack.push_back({parentRow, item, item->getChildren(), 0, 0, geometrySeen, duplicate, false});
+    while (!stack.empty()) {
+        BuildFrame& frame = stack.back();
+        if (frame.next == frame.pending.size()) {
+            // Once the "Geometry" group is built, geometry modules after it
+            // list their geometry a second time.
+            if (!frame.listingGeometry && frame.geometrySeen && !frame.duplicate) {
+                frame.listingGeometry = true;
+                if (const auto module = std::dynamic_pointer_cast<GeometryModuleDisplayItemInterface>(frame.item)) {
+                    frame.pending = module->getGeometryDisplayItems();
+                    frame.next = 0;
+                    continue;
+                }
+            }
+            onPath.erase(frame.item.get());
+            stack.pop_back();
+            continue;
+        }
 
-    if (!geometrySeen || duplicate)
-        return;
-    const auto geometryModule = std::dynamic_pointer_cast<GeometryModuleDisplayItemInterface>(item);
-    if (!geometryModule)
-        return;
-    for (const std::shared_ptr<DisplayItemInterface>& entry : geometryModule->getGeometryDisplayItems()) {
-        auto* row = new DisplayItemTreeWidgetItem(parentRow, entry, this, true);
-        noteIfEntryRow(row, entry);
-        row->setItemIndex(index);
-        buildTreeRecursively(row, entry, true, true);
-        ++index;
+        const std::shared_ptr<DisplayItemInterface> child = frame.pending[frame.next++];
+        if (!child)
+            continue;
+        // Rows of a geometry list, and every row below them, are duplicates.
+        const bool childDuplicate = frame.listingGeometry || frame.duplicate;
+        const bool childGeometrySeen = frame.listingGeometry || frame.geometrySeen;
+        auto* row = new DisplayItemTreeWidgetItem(frame.parentRow, child, this, childDuplicate);
+        noteIfEntryRow(row, child);
+        row->setItemIndex(frame.index++);
+        // The row's text is set once, so it can be tested before its subtree is built.
+        if (!frame.listingGeometry && !frame.geometrySeen && row->text(0) == QLatin1String("Geometry"))
+            frame.geometrySeen = true;
+        if (!onPath.insert(child.get()).second)
+            continue;
+        DisplayItemList grandChildren = child->getChildren();
+        stack.push_back({row, child, std::move(grandChildren), 0, 0, childGeometrySeen, childDuplicate, false});
     }
 }
 
@@ -598,7 +658,7 @@ void DisplayModelDialog::displayItemsRemoved(DisplayItemTreeWidgetItem* parentRo
         // Only the first row goes, even when several rows under this parent show the item.
         if (QTreeWidgetItem* row = parentRow->takeFirstChildShowing(item)) {
             ++m_rowRemovals;
-            delete row;
+            deleteDetachedRows(row);
         }
     }
     // Qt drops a current row that was below a removed row without a
@@ -705,68 +765,191 @@ void DisplayModelDialog::expandCollapseItem(QTreeWidgetItem* item, int level, co
     walkExpandPath(item, level, pathPosition(m_expandPath, entry), expand ? PathAction::Expand : PathAction::Collapse);
 }
 
-// entry is a position in m_expandPath: moving it "back" goes one pair nearer
-// the head (the source row), and the pair "after" it is its parent's.
+struct DisplayModelDialog::PathFrame
+{
+    QTreeWidgetItem* item;
+    int level;
+    // A position in m_expandPath: moving it "back" goes one pair nearer the
+    // head (the source row), and the pair "after" it is its parent's.
+    int entry;
+    // The next child of item to look at in the current sweep over its children.
+    int child;
+    // Copies, fixed when the frame opens; later moves of entry do not change
+    // them, and making a row current may reach code that rewrites the path.
+    QPair<int, QString> first;
+    bool hasNext;
+    QPair<int, QString> next;
+};
+
+// Where each text stands in the expansion path. A sweep over a row's children
+// does nothing at an entry that neither fits the row nor is followed by a pair
+// that fits it; on a long path the walk jumps over such entries instead of
+// sweeping once per pair, which would cost the path's length at every level.
+class DisplayModelDialog::ExpandPathIndex
+{
+public:
+    explicit ExpandPathIndex(const QList<QPair<int, QString>>& path)
+        : m_path(path)
+    {
+        m_byText.resize(path.size());
+        std::iota(m_byText.begin(), m_byText.end(), 0);
+        m_byTextAndNumber = m_byText;
+        std::sort(m_byText.begin(), m_byText.end(), [&path](int a, int b) {
+            return std::make_pair(std::cref(path.at(a).second), a) < std::make_pair(std::cref(path.at(b).second), b);
+        });
+        std::sort(m_byTextAndNumber.begin(), m_byTextAndNumber.end(), [&path](int a, int b) {
+            return std::make_tuple(std::cref(path.at(a).second), path.at(a).first, a)
+                < std::make_tuple(std::cref(path.at(b).second), path.at(b).first, b);
+        });
+    }
+
+    /// Whether the index still describes \a path (it has not been rewritten since).
+    bool describes(const QList<QPair<int, QString>>& path) const { return path.isSharedWith(m_path); }
+
+    /// The last entry at or before \a from at which a sweep over the children
+    /// of a row with \a text and item index \a number can do anything: the
+    /// pair there has the row's text, or the pair after it has the row's text
+    /// and number. -1 when there is none.
+    int lastEntryFitting(int from, const QString& text, int number) const
+    {
+        const auto byText = [this, &text](int position) { return m_path.at(position).second < text; };
+        const auto textBegin = std::partition_point(m_byText.begin(), m_byText.end(), byText);
+        const auto textEnd = std::partition_point(textBegin, m_byText.end(), [this, &text, from](int position) {
+            return m_path.at(position).second == text && position <= from;
+        });
+        const int fitting = textEnd == textBegin ? -1 : *(textEnd - 1);
+
+        const auto numbered = [this, &text, number](int position) {
+            const QPair<int, QString>& pair = m_path.at(position);
+            return pair.second < text || (pair.second == text && pair.first < number);
+        };
+        const auto numberBegin = std::partition_point(m_byTextAndNumber.begin(), m_byTextAndNumber.end(), numbered);
+        const auto numberEnd
+            = std::partition_point(numberBegin, m_byTextAndNumber.end(), [this, &text, number, from](int position) {
+                  const QPair<int, QString>& pair = m_path.at(position);
+                  return pair.second == text && pair.first == number && position <= from + 1;
+              });
+        const int followedByFitting = numberEnd == numberBegin ? -1 : *(numberEnd - 1) - 1;
+        return std::max(fitting, followedByFitting);
+    }
+
+private:
+    QList<QPair<int, QString>> m_path;
+    // Positions of the path, by text and then position; and by text, number and position.
+    std::vector<int> m_byText;
+    std::vector<int> m_byTextAndNumber;
+};
+
+// The walk of a recursive descent, with an explicit stack of frames: the
+// path may name a row a million levels down. Each frame sweeps over its
+// row's children once per entry, from its own entry back to the head.
 void DisplayModelDialog::walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action)
+{
+    const ExpandPathIndex index(m_expandPath);
+    std::vector<PathFrame> stack;
+    openPathFrame(stack, item, level, entry, index);
+    while (!stack.empty()) {
+        PathFrame& frame = stack.back();
+        if (frame.entry < 0) {
+            stack.pop_back();
+            continue;
+        }
+        if (frame.child >= frame.item->childCount()) {
+            // After the last child move entry one pair back.
+            frame.child = 0;
+            frame.entry = nextSweepEntry(frame, frame.entry - 1, index);
+            continue;
+        }
+        QTreeWidgetItem* descendInto = nullptr;
+        switch (stepExpandPath(frame, action, descendInto)) {
+        case PathStep::NextChild:
+            break;
+        case PathStep::Stop:
+            stack.pop_back();
+            break;
+        case PathStep::Descend:
+            openPathFrame(stack, descendInto, frame.level, frame.entry, index);
+            break;
+        }
+    }
+}
+
+void DisplayModelDialog::openPathFrame(std::vector<PathFrame>& stack, QTreeWidgetItem* item, int level, int entry,
+                                       const ExpandPathIndex& index)
 {
     if (!item || entry < 0 || entry >= m_expandPath.size())
         return;
+    PathFrame frame{item, level, entry, 0, m_expandPath.constFirst(), false, QPair<int, QString>()};
+    frame.hasNext = m_expandPath.at(entry) != frame.first;
+    if (frame.hasNext)
+        frame.next = m_expandPath.at(entry - 1);
+    frame.entry = nextSweepEntry(frame, entry, index);
+    stack.push_back(std::move(frame));
+}
 
-    // Copies: making a row current may reach code that rewrites the path.
-    const QPair<int, QString> first = m_expandPath.first();
-    // Fixed for this call; later moves of entry do not change it.
-    const bool hasNext = m_expandPath.at(entry) != first;
-    const QPair<int, QString> next = hasNext ? m_expandPath.at(entry - 1) : QPair<int, QString>();
+// \a entry itself, or the last entry before it at which a sweep over the
+// frame's children can do anything; -1 ends the frame.
+int DisplayModelDialog::nextSweepEntry(const PathFrame& frame, int entry, const ExpandPathIndex& index) const
+{
+    if (entry < 0 || !index.describes(m_expandPath))
+        return entry;
+    return index.lastEntryFitting(entry, frame.item->text(0), itemIndexOf(frame.item));
+}
 
-    while (entry >= 0) {
-        for (int i = 0; i < item->childCount(); ++i) {
-            // The path may have been used up or rewritten by a deeper step.
-            if (entry < 0 || entry >= m_expandPath.size())
-                return;
-            QTreeWidgetItem* child = item->child(i);
-            const QString childText = child->text(0);
-            const QString itemText = item->text(0);
-            const int itemIndex = itemIndexOf(item);
-            const QPair<int, QString> current = m_expandPath.at(entry);
-            const bool afterFitsItem = entry + 1 < m_expandPath.size() && m_expandPath.at(entry + 1).second == itemText
-                && m_expandPath.at(entry + 1).first == itemIndex;
+// Looks at the frame's next child at the frame's entry.
+DisplayModelDialog::PathStep DisplayModelDialog::stepExpandPath(PathFrame& frame, PathAction action,
+                                                                QTreeWidgetItem*& descendInto)
+{
+    const int i = frame.child++;
+    // The path may have been used up or rewritten by a deeper step.
+    if (frame.entry < 0 || frame.entry >= m_expandPath.size())
+        return PathStep::Stop;
+    QTreeWidgetItem* const item = frame.item;
+    QTreeWidgetItem* const child = item->child(i);
+    const QString childText = child->text(0);
+    const QString itemText = item->text(0);
+    const int itemIndex = itemIndexOf(item);
+    const QPair<int, QString> current = m_expandPath.at(frame.entry);
+    const bool afterFitsItem = frame.entry + 1 < m_expandPath.size()
+        && m_expandPath.at(frame.entry + 1).second == itemText && m_expandPath.at(frame.entry + 1).first == itemIndex;
+    const QPair<int, QString>& first = frame.first;
+    const QPair<int, QString>& next = frame.next;
 
-            if (current.second != itemText && !afterFitsItem)
-                continue;
-            if (hasNext && next.first == i && next.second == childText && next == first) {
-                applyPathAction(child, action);
-                return;
-            }
-            if (current.first == i && current.second == childText) {
-                applyPathAction(item, action);
-                return;
-            }
-            if (!hasNext && current == first) {
-                applyPathAction(item, action);
-                return;
-            }
-            // Same position but another text: the row there is shown with its
-            // properties compared.
-            if (current == first && current.first == i && afterFitsItem) {
-                applyPathAction(child, action);
-                if (action == PathAction::MakeCurrent) {
-                    m_onlyCompareMirrored = true;
-                    const auto* original
-                        = dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
-                    compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(child));
-                }
-                return;
-            }
-            if (!hasNext)
-                return;
-            if (next.second == childText && next.first == i) {
-                --entry;
-                --level;
-                walkExpandPath(child, level, entry, action);
-            }
-        }
-        --entry;
+    if (current.second != itemText && !afterFitsItem)
+        return PathStep::NextChild;
+    if (frame.hasNext && next.first == i && next.second == childText && next == first) {
+        applyPathAction(child, action);
+        return PathStep::Stop;
     }
+    if (current.first == i && current.second == childText) {
+        applyPathAction(item, action);
+        return PathStep::Stop;
+    }
+    if (!frame.hasNext && current == first) {
+        applyPathAction(item, action);
+        return PathStep::Stop;
+    }
+    // Same position but another text: the row there is shown with its
+    // properties compared.
+    if (current == first && current.first == i && afterFitsItem) {
+        applyPathAction(child, action);
+        if (action == PathAction::MakeCurrent) {
+            m_onlyCompareMirrored = true;
+            const auto* original
+                = dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
+            compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(child));
+        }
+        return PathStep::Stop;
+    }
+    if (!frame.hasNext)
+        return PathStep::Stop;
+    if (next.second == childText && next.first == i) {
+        --frame.entry;
+        --frame.level;
+        descendInto = child;
+        return PathStep::Descend;
+    }
+    return PathStep::NextChild;
 }
 
 void DisplayModelDialog::applyPathAction(QTreeWidgetItem* row, PathAction action)
@@ -1017,24 +1200,40 @@ void DisplayModelDialog::printClonedProperties(const QTreeWidgetItem* clonedRow)
     compareProperties(original, cloned);
 }
 
+// A pre-order walk over pairs of rows at the same position, with an explicit
+// stack: the trees may show a chain far deeper than the call stack.
 void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
                                               QTreeWidgetItem* clonedParent)
 {
+    std::vector<ComparedRows> pending{{original, cloned, clonedParent}};
+    while (!pending.empty()) {
+        const ComparedRows rows = pending.back();
+        pending.pop_back();
+        compareRowPair(rows, pending);
+    }
+}
+
+// Compares one pair and appends the pairs of their children to \a pending,
+// last child first, so that they come off the stack in order.
+void DisplayModelDialog::compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending)
+{
+    DisplayItemTreeWidgetItem* const original = rows.original;
+    DisplayItemTreeWidgetItem* const cloned = rows.cloned;
     if (!cloned) {
         // A child missing in the clone. The marking starts at clonedParent,
         // which the caller hands down as the grandparent of the missing row;
         // a missing duplicate row is no defect of the clone.
-        if (clonedParent && original && !original->isDuplicate())
-            paintFalseClonedAncestors(clonedParent);
+        if (rows.clonedParent && original && !original->isDuplicate())
+            paintFalseClonedAncestors(rows.clonedParent);
         return;
     }
 
     if (!original) {
         // A row that the original lacks: it and its whole subtree are extra.
         paintFalseClonedItem(cloned);
-        for (int i = 0; i < cloned->childCount(); ++i)
-            compareRecursiveTree(nullptr, DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i)),
-                                 cloned->parent());
+        for (int i = cloned->childCount() - 1; i >= 0; --i)
+            pending.push_back(
+                {nullptr, DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i)), cloned->parent()});
         return;
     }
 
@@ -1052,10 +1251,9 @@ void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* origina
         markDifferentVisibilityUpwards(cloned);
 
     const int count = std::max(original->childCount(), cloned->childCount());
-    for (int i = 0; i < count; ++i) {
-        auto* originalChild = DisplayItemTreeWidgetItem::asDisplayItemRow(original->child(i));
-        auto* clonedChild = DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i));
-        compareRecursiveTree(originalChild, clonedChild, cloned->parent());
+    for (int i = count - 1; i >= 0; --i) {
+        pending.push_back({DisplayItemTreeWidgetItem::asDisplayItemRow(original->child(i)),
+                           DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i)), cloned->parent()});
     }
 }
 

@@ -118,6 +118,14 @@ private:
     void printClonedProperties(const QTreeWidgetItem* clonedRow);
     void compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
                               QTreeWidgetItem* clonedParent);
+    // A pair of rows at the same position and the cloned row's parent.
+    struct ComparedRows
+    {
+        DisplayItemTreeWidgetItem* original;
+        DisplayItemTreeWidgetItem* cloned;
+        QTreeWidgetItem* clonedParent;
+    };
+    void compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending);
     void paintFalseClonedItem(DisplayItemTreeWidgetItem* row);
     void paintFalseClonedAncestors(QTreeWidgetItem* row);
     void markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row);
@@ -127,6 +135,15 @@ private:
     void walkMirroredPath(DisplayItemTreeWidget* target, QTreeWidgetItem* source, int firstNumber, PathAction action);
 
     void walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action);
+    // One row of a walk along m_expandPath with the loop state that each
+    // call of a recursive walk would keep; and what the walk does next.
+    struct PathFrame;
+    class ExpandPathIndex;
+    enum class PathStep { NextChild, Stop, Descend };
+    void openPathFrame(std::vector<PathFrame>& stack, QTreeWidgetItem* item, int level, int entry,
+                       const ExpandPathIndex& index);
+    int nextSweepEntry(const PathFrame& frame, int entry, const ExpandPathIndex& index) const;
+    PathStep stepExpandPath(PathFrame& frame, PathAction action, QTreeWidgetItem*& descendInto);
     void applyPathAction(QTreeWidgetItem* row, PathAction action);
 
     void onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current);

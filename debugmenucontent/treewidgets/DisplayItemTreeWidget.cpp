@@ -1,6 +1,7 @@
 #include "DisplayItemTreeWidget.h"
 
 #include "DisplayItemTreeWidgetItem.h"
+#include "RowTeardown.h"
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
@@ -43,6 +44,8 @@ DisplayItemTreeWidget::DisplayItemTreeWidget(QWidget* parent, bool withDisplayIt
 
 DisplayItemTreeWidget::~DisplayItemTreeWidget()
 {
+    // QTreeWidget's own teardown would free a deep chain of rows recursively.
+    deleteRowsQuietly(this);
     delete m_selectAction;
     delete m_deleteAction;
     delete m_makeInvisibleAction;

@@ -13,6 +13,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <vector>
 
 #include <typeinfo>
 
@@ -285,10 +286,17 @@ void DisplayItemTreeWidgetItem::toggleVisibility()
 
 void DisplayItemTreeWidgetItem::expandAll()
 {
-    setExpanded(true);
-    for (int i = 0; i < childCount(); ++i) {
-        if (auto* row = dynamic_cast<DisplayItemTreeWidgetItem*>(child(i)))
-            row->expandAll();
+    // Pre-order with an explicit stack: the rows may stand for a chain far
+    // deeper than the call stack. Rows of other kinds end their branch.
+    std::vector<DisplayItemTreeWidgetItem*> pending{this};
+    while (!pending.empty()) {
+        DisplayItemTreeWidgetItem* row = pending.back();
+        pending.pop_back();
+        row->setExpanded(true);
+        for (int i = row->childCount() - 1; i >= 0; --i) {
+            if (auto* child = dynamic_cast<DisplayItemTreeWidgetItem*>(row->child(i)))
+                pending.push_back(child);
+        }
     }
 }
 
