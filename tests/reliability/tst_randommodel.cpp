@@ -610,6 +610,7 @@ private:
     void disarmReaction();
     void react();
     void reactRemove(const std::shared_ptr<DisplayItem>& item);
+    void reactRemoveChildren(const std::shared_ptr<DisplayItem>& item);
     void reactAddChildren(const std::shared_ptr<DisplayItem>& item);
     void reactReplaceRoot();
     void reactRemoveClonedItem();
@@ -1735,6 +1736,9 @@ void RandomRun::react()
         while (top->parentItem() && top->parentItem()->parentItem())
             top = top->parentItem()->shared_from_this();
         reactRemove(top);
+    } else if (roll < 58) {
+        noteReaction(QStringLiteral("react: remove the children"));
+        reactRemoveChildren(item);
     } else if (roll < 75) {
         noteReaction(QStringLiteral("react: add children"));
         reactAddChildren(chance(70) ? item : root());
@@ -1761,6 +1765,18 @@ void RandomRun::reactRemove(const std::shared_ptr<DisplayItem>& item)
     m_keptAlive.push_back(item);
     parent->removeChild(item, chance(50));
     expectRemoved(parent, {item});
+}
+
+// All of them in one event.
+void RandomRun::reactRemoveChildren(const std::shared_ptr<DisplayItem>& item)
+{
+    const auto& children = item->children();
+    if (children.empty())
+        return;
+    m_keptAlive.insert(m_keptAlive.end(), children.begin(), children.end());
+    const DisplayItemSet removed(children.begin(), children.end());
+    item->removeChildren(removed, chance(50));
+    expectRemoved(item.get(), removed);
 }
 
 void RandomRun::reactAddChildren(const std::shared_ptr<DisplayItem>& item)
