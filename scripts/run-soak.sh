@@ -7,6 +7,8 @@
 #   FIRST_SEED=500 SEEDS=100 scripts/run-soak.sh
 #   BUILD_DIR=/some/dir scripts/run-soak.sh   # build tree (default: build/)
 #   BUILD_TYPE=Debug BUILD_DIR=build-asan scripts/run-soak.sh -DBRENNVIK_SANITIZE=ON
+#   BRENNVIK_RANDOM_BROKEN=1 scripts/run-soak.sh   # broken trees too
+#   BRENNVIK_RANDOM_REACTIONS=0 scripts/run-soak.sh  # no host reactions
 #
 # Further arguments go to CMake when the build tree is configured. The seeds
 # run in batches of BATCH (default 20), one test process per batch, as many
@@ -33,11 +35,14 @@ log="$build/soak-$(date -u +%Y%m%dT%H%M%SZ).log"
 export QT_QPA_PLATFORM=offscreen
 export QT_LOGGING_RULES="qt.qpa.*=false"
 export BRENNVIK_RANDOM_STEPS=$steps
+# A crash ends the batch with its report; Qt Test would otherwise wait on a debugger for the stack.
+export QTEST_DISABLE_STACK_DUMP=1
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$root/tests/sanitizers/lsan.supp:fast_unwind_on_malloc=0}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 
 echo "soak: seeds $first_seed..$((first_seed + seed_count - 1)), $steps steps each, batches of $batch, $jobs at a time"
+echo "soak: host reactions ${BRENNVIK_RANDOM_REACTIONS:-1}, broken trees ${BRENNVIK_RANDOM_BROKEN:-0}"
 echo "soak: log $log"
 start=$(date +%s)
 

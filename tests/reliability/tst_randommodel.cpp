@@ -12,10 +12,19 @@
 // modules list their items a second time after a "Geometry" row, and so on.
 // Every tree widget's model is watched by QAbstractItemModelTester.
 //
+// The host also reacts inside the dialogs' own calls: an observer armed on
+// an item (or on the display model's updates) removes the item, its parent or
+// its top ancestor, adds children, replaces the root or the view model, or
+// removes an item of the clone, while a double click, a context-menu entry or
+// a 2D toggle is still running. And some items list empty children or
+// themselves or an ancestor among their children (broken trees).
+//
 // Environment:
-//   BRENNVIK_RANDOM_SEEDS  comma-separated seeds (default 1,2,3)
-//   BRENNVIK_RANDOM_STEPS  steps per seed (default 1500)
-//   BRENNVIK_RANDOM_TRACE  1: log every step (to replay a failure)
+//   BRENNVIK_RANDOM_SEEDS      comma-separated seeds (default 1,2,3)
+//   BRENNVIK_RANDOM_STEPS      steps per seed (default 1500)
+//   BRENNVIK_RANDOM_TRACE      1: log every step (to replay a failure)
+//   BRENNVIK_RANDOM_REACTIONS  0: no host reactions inside the dialogs' calls (default 1)
+//   BRENNVIK_RANDOM_BROKEN     1: broken trees too (default 0)
 // A failure names the seed and the step; rerun with that seed alone.
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
@@ -27,6 +36,7 @@
 #include <hostcontract/BKCheckBox.h>
 #include <hostcontract/BkHQWidget2D.h>
 #include <hostcontract/DisplayItem2D.h>
+#include <hostcontract/DisplayItem2DObserver.h>
 #include <hostcontract/DisplayModel2D.h>
 #include <hostcontract/EditorDisplayModel.h>
 #include <hostcontract/GeometryModuleDisplayItemInterface.h>
@@ -43,9 +53,11 @@
 #include <referencehost/model/ShellItem.h>
 #include <referencehost/plot2d/PlotLabelItem.h>
 
+#include "BrokenItem.h"
 #include "ContextMenuDriver.h"
 #include "DebugIcons.h"
 #include "Plot2DHost.h"
+#include "RecordingObserver.h"
 #include "TestTree.h"
 
 #include <QAbstractItemModelTester>
@@ -127,6 +139,14 @@ bool traceSteps()
     return qEnvironmentVariableIntValue("BRENNVIK_RANDOM_TRACE") != 0;
 }
 
+// The variable's value as a switch; \a byDefault when it is not set to a number.
+bool switchedOn(const char* name, bool byDefault)
+{
+    bool ok = false;
+    const int value = qEnvironmentVariableIntValue(name, &ok);
+    return ok ? value != 0 : byDefault;
+}
+
 // ------------------------------------------------------------------ messages
 
 // What the model testers report (category qt.modeltest), and every other
@@ -203,6 +223,72 @@ QString expectedRowText(const std::shared_ptr<DisplayItemInterface>& item)
     return text;
 }
 
+// ------------------------------------------------------------------ host walks
+
+// The items of \a root's subtree in pre-order as the host holds them: real
+// children only, since a broken item's extra entries are no part of the model.
+std::vector<std::shared_ptr<DisplayItem>> hostPreOrder(const std::shared_ptr<DisplayItem>& root)
+{
+    std::vector<std::shared_ptr<DisplayItem>> items;
+    std::vector<std::shared_ptr<DisplayItem>> pending;
+    if (root)
+        pending.push_back(root);
+    while (!pending.empty()) {
+        auto item = std::move(pending.back());
+        pending.pop_back();
+        const auto& children = item->children();
+        pending.insert(pending.end(), children.rbegin(), children.rend());
+        items.push_back(std::move(item));
+    }
+    return items;
+}
+
+// Whether the expected trees stop at cycles (with broken trees on). Without
+// broken items a row can still show an item that a row above shows: a
+// module's geometry list may name an item that has since become its ancestor,
+// and the duplicate rows built for it list that ancestor again once (they list
+// no geometry themselves, so that ends).
+bool g_stopAtCycles = false;
+
+// Whether a dialog gives \a child a row below rows that show \a path: an
+// empty reference gets none, and, when stopping at cycles, neither does an
+// item that one of those rows shows already (the host listed an ancestor as a
+// child).
+bool showsChild(const std::shared_ptr<DisplayItemInterface>& child,
+                const std::vector<const DisplayItemInterface*>& path)
+{
+    return child && (!g_stopAtCycles || std::find(path.begin(), path.end(), child.get()) == path.end());
+}
+
+// The texts of a tree built by the clone comparison dialog from \a root: one
+// row per item in pre-order, by the same rules for broken trees.
+QStringList comparisonTexts(const std::shared_ptr<DisplayItemInterface>& root)
+{
+    QStringList texts;
+    if (!root)
+        return texts;
+    struct Pending
+    {
+        std::shared_ptr<DisplayItemInterface> item;
+        std::size_t depth;
+    };
+    std::vector<Pending> pending{{root, 0}};
+    std::vector<const DisplayItemInterface*> path;
+    while (!pending.empty()) {
+        Pending next = std::move(pending.back());
+        pending.pop_back();
+        path.resize(next.depth);
+        texts << expectedRowText(next.item);
+        path.push_back(next.item.get());
+        const DisplayItemList children = next.item->getChildren();
+        for (auto it = children.rbegin(); it != children.rend(); ++it) {
+            if (showsChild(*it, path))
+                pending.push_back({*it, next.depth + 1});
+        }
+    }
+    return texts;
+}
+
 // ------------------------------------------------------------------ expected 3D tree
 
 struct ExpectedRow
@@ -218,6 +304,9 @@ struct ExpectedRow
     // The icon the row showed when the last event reached it: a row whose item
     // has gone keeps it until something refreshes it.
     QString lastIcon;
+    // The icon may be either (a gone row that a cut-short operation may or
+    // may not have refreshed): taken from the tree at the next check.
+    bool anyIcon = false;
     ExpectedRow* parent = nullptr;
     std::vector<std::unique_ptr<ExpectedRow>> children;
 
@@ -264,13 +353,27 @@ ExpectedRow* appendRow(ExpectedRow* parent, RowList& list, const std::shared_ptr
 // The dialog's tree builder: children in model order with their positions,
 // and, once a "Geometry" row has been built among the children here or
 // further up, a geometry module's items again as duplicate rows at the end.
+// The items that \a row and the rows above it show.
+std::vector<const DisplayItemInterface*> pathOf(const ExpectedRow* row)
+{
+    std::vector<const DisplayItemInterface*> path;
+    for (; row; row = row->parent) {
+        if (const auto item = row->item.lock())
+            path.push_back(item.get());
+    }
+    return path;
+}
+
 void buildRows(ExpectedRow* parentRow, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
                bool duplicate)
 {
     if (!item)
         return;
+    const std::vector<const DisplayItemInterface*> path = pathOf(parentRow);
     int index = 0;
     for (const auto& child : item->getChildren()) {
+        if (!showsChild(child, path))
+            continue;
         ExpectedRow* row = appendRow(parentRow, parentRow->children, child, duplicate);
         row->itemIndex = index;
         buildRows(row, child, geometrySeen, duplicate);
@@ -282,6 +385,8 @@ void buildRows(ExpectedRow* parentRow, const std::shared_ptr<DisplayItemInterfac
         return;
     if (const auto module = std::dynamic_pointer_cast<GeometryModuleDisplayItemInterface>(item)) {
         for (const auto& entry : module->getGeometryDisplayItems()) {
+            if (!entry)
+                continue;
             ExpectedRow* row = appendRow(parentRow, parentRow->children, entry, true);
             row->itemIndex = index;
             buildRows(row, entry, true, true);
@@ -380,6 +485,42 @@ QStringList propertyLines(const PropertyList& properties)
 
 // ====================================================================== the run
 
+// Sets whether the host's events come from inside a dialog's own call, for
+// the scope of one user action (or of a host change made in the middle of one).
+class DialogCall
+{
+public:
+    explicit DialogCall(bool& flag, bool inside = true)
+        : m_flag(flag)
+        , m_before(flag)
+    {
+        m_flag = inside;
+    }
+    ~DialogCall() { m_flag = m_before; }
+    DialogCall(const DialogCall&) = delete;
+    DialogCall& operator=(const DialogCall&) = delete;
+
+private:
+    bool& m_flag;
+    bool m_before;
+};
+
+// Runs the run's 2D reaction at any event of the items it observes.
+class Reacting2DObserver : public DisplayItem2DObserver
+{
+public:
+    explicit Reacting2DObserver(std::function<void()> reaction)
+        : m_reaction(std::move(reaction))
+    {
+    }
+    void onDisplayItemModified() override { m_reaction(); }
+    void onChildAdded(DisplayItem2D*, std::shared_ptr<DisplayItem2D>) override { m_reaction(); }
+    void onChildRemoved(DisplayItem2D*, std::shared_ptr<DisplayItem2D>) override { m_reaction(); }
+
+private:
+    std::function<void()> m_reaction;
+};
+
 class RandomRun
 {
 public:
@@ -387,7 +528,10 @@ public:
         : m_seed(seed)
         , m_steps(steps)
         , m_rng(seed)
+        , m_reactionsOn(switchedOn("BRENNVIK_RANDOM_REACTIONS", true))
+        , m_brokenTreesOn(switchedOn("BRENNVIK_RANDOM_BROKEN", false))
     {
+        g_stopAtCycles = m_brokenTreesOn;
     }
     ~RandomRun() { tearDown(); }
 
@@ -412,6 +556,7 @@ private:
     void tearDown();
     std::shared_ptr<SceneViewModel> makeRandomViewModel();
     std::shared_ptr<DisplayItem> makeRandomItem(int depth);
+    std::vector<Test::BrokenItem::Flaw> randomFlaws();
     std::string freshName();
 
     // the model
@@ -466,9 +611,28 @@ private:
     QString user2DCurrentRow();
     QString userCloneComparisonDialog();
 
+    QString hostBreakItem();
+
+    // host reactions inside the dialogs' own calls
+    void armReaction(const std::shared_ptr<DisplayItem>& item, bool onUpdates);
+    void offerReaction(const std::vector<std::shared_ptr<DisplayItem>>& near);
+    void disarmReaction();
+    void react();
+    void reactRemove(const std::shared_ptr<DisplayItem>& item);
+    void reactRemoveChildren(const std::shared_ptr<DisplayItem>& item);
+    void reactAddChildren(const std::shared_ptr<DisplayItem>& item);
+    void reactReplaceRoot();
+    void reactRemoveClonedItem();
+    void offer2DReaction(const std::shared_ptr<DisplayItem2D>& item);
+    void react2D();
+    void disarm2DReaction();
+    std::shared_ptr<DisplayItem> rowItem(QTreeWidgetItem* row) const;
+
+    void replaceViewModel(std::shared_ptr<SceneViewModel> next);
     void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row);
     QList<QTreeWidgetItem*> allRows(QTreeWidget* tree) const;
     void note(const QString& what);
+    void noteReaction(const QString& what);
 
     quint64 m_seed;
     int m_steps;
@@ -515,6 +679,25 @@ private:
 
     DebugCloneDisplayModelDialog* m_cloneDialog = nullptr;
     QStringList m_cloneDialogShape;
+
+    // Host reactions. A dialog's own call runs while m_inDialogCall is set;
+    // only then does an armed reaction fire, once, and it is disarmed at the
+    // end of the step. What it removes is kept alive until the next step, so
+    // that the rows that still show it keep telling its state.
+    bool m_reactionsOn = true;
+    bool m_brokenTreesOn = true;
+    bool m_inDialogCall = false;
+    std::unique_ptr<Test::RecordingObserver> m_reactor;
+    std::weak_ptr<DisplayItem> m_reactorItem;
+    std::weak_ptr<SceneViewModel> m_reactorUpdates; // whose update callback reacts
+    int m_reactorArmedAt = 0;
+    bool m_reactorFired = false;
+    bool m_reacted = false;        // in this step
+    bool m_replacedInCall = false; // in this step the reaction replaced the view model
+    std::vector<std::shared_ptr<void>> m_keptAlive;
+    std::unique_ptr<Reacting2DObserver> m_reactor2D;
+    std::weak_ptr<DisplayItem2D> m_reactor2DItem;
+    bool m_reactor2DFired = false;
 };
 
 void RandomRun::note(const QString& what)
@@ -523,6 +706,14 @@ void RandomRun::note(const QString& what)
     m_actionCounts[what.section(QLatin1Char(' '), 0, 0)]++;
     if (g_trace)
         qInfo("seed %llu step %d: %s", m_seed, m_step, qPrintable(what));
+}
+
+void RandomRun::noteReaction(const QString& what)
+{
+    m_lastAction += QStringLiteral(", then inside it: ") + what;
+    m_actionCounts[what]++;
+    if (g_trace)
+        qInfo("seed %llu step %d: inside the call: %s", m_seed, m_step, qPrintable(what));
 }
 
 std::string RandomRun::freshName()
@@ -552,6 +743,10 @@ std::shared_ptr<DisplayItem> RandomRun::makeRandomItem(int depth)
         item = module;
     } else if (kind == 3) {
         item = std::make_shared<DisplayItem>("Geometry");
+    } else if (kind == 4 && m_brokenTreesOn) {
+        auto broken = std::make_shared<Test::BrokenItem>(freshName());
+        broken->setFlaws(randomFlaws());
+        item = broken;
     } else {
         item = std::make_shared<DisplayItem>(freshName());
     }
@@ -569,6 +764,17 @@ std::shared_ptr<DisplayItem> RandomRun::makeRandomItem(int depth)
     for (int i = 0; i < children; ++i)
         item->appendChild(makeRandomItem(depth - 1));
     return item;
+}
+
+// None to three: empty references, the item itself, its parent or grandparent.
+std::vector<Test::BrokenItem::Flaw> RandomRun::randomFlaws()
+{
+    std::vector<Test::BrokenItem::Flaw> flaws(std::size_t(pick(4)));
+    for (auto& flaw : flaws) {
+        flaw.position = std::size_t(pick(4));
+        flaw.ancestorLevel = chance(50) ? -1 : pick(3);
+    }
+    return flaws;
 }
 
 std::shared_ptr<SceneViewModel> RandomRun::makeRandomViewModel()
@@ -596,10 +802,7 @@ std::shared_ptr<DisplayItem> RandomRun::root() const
 
 std::vector<std::shared_ptr<DisplayItem>> RandomRun::modelItems() const
 {
-    std::vector<std::shared_ptr<DisplayItem>> items;
-    for (const auto& item : Test::preOrder(root()))
-        items.push_back(std::dynamic_pointer_cast<DisplayItem>(item));
-    return items;
+    return hostPreOrder(root());
 }
 
 void RandomRun::setUp()
@@ -668,6 +871,8 @@ void RandomRun::setUp()
 
 void RandomRun::tearDown()
 {
+    disarmReaction();
+    disarm2DReaction();
     unwatch(m_cloneDialogTesters);
     unwatch(m_clonedTesters);
     unwatch(m_testers);
@@ -884,11 +1089,26 @@ QString RandomRun::checkRow(QTreeWidgetItem* actual, ExpectedRow* expected, cons
     if (actual->text(0) != expected->text)
         return where + QStringLiteral(": text \"%1\"").arg(actual->text(0));
     const QString icon = iconName(actual->icon(0));
+    if (expected->anyIcon && (icon == expected->expectedIcon() || icon == QLatin1String("visible_different"))) {
+        expected->lastIcon = icon;
+        expected->anyIcon = false;
+    }
     if (icon != expected->expectedIcon())
         return where + QStringLiteral(": icon %1, expected %2").arg(icon, expected->expectedIcon());
-    if (actual->childCount() != int(expected->children.size()))
+    if (actual->childCount() != int(expected->children.size())) {
+        QStringList actualTexts;
+        for (int i = 0; i < actual->childCount(); ++i)
+            actualTexts << actual->child(i)->text(0);
+        QStringList expectedTexts;
+        for (const auto& child : expected->children)
+            expectedTexts << child->text;
         return where
-            + QStringLiteral(": %1 child rows, expected %2").arg(actual->childCount()).arg(expected->children.size());
+            + QStringLiteral(": %1 child rows (%2), expected %3 (%4)")
+                  .arg(actual->childCount())
+                  .arg(actualTexts.join(QStringLiteral(", ")))
+                  .arg(expected->children.size())
+                  .arg(expectedTexts.join(QStringLiteral(", ")));
+    }
     for (int i = 0; i < actual->childCount(); ++i) {
         const QString problem = checkRow(actual->child(i), expected->children[std::size_t(i)].get(), where);
         if (!problem.isEmpty())
@@ -1318,21 +1538,28 @@ QString RandomRun::hostReplaceViewModel()
         next = m_viewModel;
         note(QStringLiteral("set the same view model again"));
     }
-    if (chance(50))
-        m_spareViewModel = m_viewModel;
-    m_viewModel = next;
-    m_detached.clear();
-    m_dialog->setViewModel(m_viewModel);
+    replaceViewModel(next);
     if (m_dialog->isEnabled() != (m_viewModel != nullptr))
         return QStringLiteral("dialog enabled %1 with view model %2")
             .arg(m_dialog->isEnabled())
             .arg(m_viewModel != nullptr);
+    return QString();
+}
+
+void RandomRun::replaceViewModel(std::shared_ptr<SceneViewModel> next)
+{
+    if (chance(50))
+        m_spareViewModel = m_viewModel;
+    // The old one stays until the next step: the call that replaced it may still be running on it.
+    m_keptAlive.push_back(m_viewModel);
+    m_viewModel = std::move(next);
+    m_detached.clear();
+    m_dialog->setViewModel(m_viewModel);
     if (Access::useClone(*m_dialog)) {
         ++m_clonesMade;
         ++m_cloneRebuilds;
     }
     rebuildExpected(false);
-    return QString();
 }
 
 QString RandomRun::hostGeometryList()
@@ -1351,7 +1578,7 @@ QString RandomRun::hostGeometryList()
         module->removeGeometryDisplayItem(pickFrom(entries).get());
     } else {
         // Only items of the module's own subtree: the host lists what it groups.
-        auto candidates = Test::preOrder(module);
+        const auto candidates = hostPreOrder(module);
         if (candidates.size() > 1)
             module->addGeometryDisplayItem(candidates[std::size_t(1 + pick(int(candidates.size()) - 1))]);
     }
@@ -1445,6 +1672,230 @@ QString RandomRun::host2D()
     return QString();
 }
 
+QString RandomRun::hostBreakItem()
+{
+    std::vector<std::shared_ptr<Test::BrokenItem>> broken;
+    for (const auto& item : modelItems()) {
+        if (auto b = std::dynamic_pointer_cast<Test::BrokenItem>(item))
+            broken.push_back(b);
+    }
+    auto item = pickFrom(broken);
+    if (!item)
+        return QString();
+    // Silent, as a careless host would be: rows show the change at the next build.
+    auto flaws = randomFlaws();
+    note(QStringLiteral("break %1 (%2 flaws)").arg(QString::fromStdString(item->getDisplayName())).arg(flaws.size()));
+    item->setFlaws(std::move(flaws));
+    return QString();
+}
+
+// ------------------------------------------------------------------ host reactions
+
+std::shared_ptr<DisplayItem> RandomRun::rowItem(QTreeWidgetItem* row) const
+{
+    auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
+    return itemRow ? std::dynamic_pointer_cast<DisplayItem>(itemRow->getDisplayItem()) : nullptr;
+}
+
+void RandomRun::armReaction(const std::shared_ptr<DisplayItem>& item, bool onUpdates)
+{
+    if (!item)
+        return;
+    m_reactor = std::make_unique<Test::RecordingObserver>();
+    m_reactor->setReaction([this](const Test::RecordedEvent&) { react(); });
+    m_reactor->registerToDisplayItem(item);
+    m_reactorItem = item;
+    m_reactorFired = false;
+    m_reactorArmedAt = m_step;
+    if (onUpdates && m_viewModel) {
+        m_viewModel->displayModel().setUpdateCallback([this]() { react(); });
+        m_reactorUpdates = m_viewModel;
+    }
+    if (g_trace)
+        qInfo("  reaction armed on %s%s", item->getDisplayName().c_str(), onUpdates ? " and the updates" : "");
+}
+
+// Arms a reaction, now and then, on one of the items a user action is about to reach.
+void RandomRun::offerReaction(const std::vector<std::shared_ptr<DisplayItem>>& near)
+{
+    if (!m_reactionsOn || m_reactor || near.empty() || !chance(30))
+        return;
+    armReaction(pickFrom(near), chance(20));
+}
+
+void RandomRun::disarmReaction()
+{
+    m_reactor.reset();
+    m_reactorItem.reset();
+    if (const auto viewModel = m_reactorUpdates.lock())
+        viewModel->displayModel().setUpdateCallback({});
+    m_reactorUpdates.reset();
+    m_reactorFired = false;
+}
+
+void RandomRun::react()
+{
+    if (!m_inDialogCall || m_reactorFired)
+        return;
+    m_reactorFired = true;
+    m_reacted = true;
+    const auto item = m_reactorItem.lock();
+    if (!item)
+        return;
+    const int roll = pick(100);
+    if (roll < 25) {
+        noteReaction(QStringLiteral("react: remove the item"));
+        reactRemove(item);
+    } else if (roll < 40) {
+        noteReaction(QStringLiteral("react: remove the parent"));
+        if (DisplayItem* parent = item->parentItem())
+            reactRemove(parent->shared_from_this());
+    } else if (roll < 50) {
+        noteReaction(QStringLiteral("react: remove the top ancestor"));
+        std::shared_ptr<DisplayItem> top = item;
+        while (top->parentItem() && top->parentItem()->parentItem())
+            top = top->parentItem()->shared_from_this();
+        reactRemove(top);
+    } else if (roll < 58) {
+        noteReaction(QStringLiteral("react: remove the children"));
+        reactRemoveChildren(item);
+    } else if (roll < 75) {
+        noteReaction(QStringLiteral("react: add children"));
+        reactAddChildren(chance(70) ? item : root());
+    } else if (roll < 83) {
+        noteReaction(QStringLiteral("react: replace the root"));
+        reactReplaceRoot();
+    } else if (roll < 91) {
+        noteReaction(QStringLiteral("react: replace the view model"));
+        m_replacedInCall = true;
+        replaceViewModel(chance(80) ? makeRandomViewModel() : nullptr);
+    } else {
+        noteReaction(QStringLiteral("react: remove a cloned item"));
+        reactRemoveClonedItem();
+    }
+}
+
+// Removes \a item from its parent, if it has one.
+void RandomRun::reactRemove(const std::shared_ptr<DisplayItem>& item)
+{
+    DisplayItem* parent = item ? item->parentItem() : nullptr;
+    if (!parent)
+        return;
+    const auto parentRef = parent->shared_from_this();
+    m_keptAlive.push_back(item);
+    parent->removeChild(item, chance(50));
+    expectRemoved(parent, {item});
+}
+
+// All of them in one event.
+void RandomRun::reactRemoveChildren(const std::shared_ptr<DisplayItem>& item)
+{
+    const auto& children = item->children();
+    if (children.empty())
+        return;
+    m_keptAlive.insert(m_keptAlive.end(), children.begin(), children.end());
+    const DisplayItemSet removed(children.begin(), children.end());
+    item->removeChildren(removed, chance(50));
+    expectRemoved(item.get(), removed);
+}
+
+void RandomRun::reactAddChildren(const std::shared_ptr<DisplayItem>& item)
+{
+    if (!item)
+        return;
+    std::vector<std::shared_ptr<DisplayItem>> children;
+    for (int i = 0, n = 1 + pick(3); i < n; ++i)
+        children.push_back(makeRandomItem(pick(2)));
+    if (chance(50)) {
+        item->appendChildren(children);
+        expectAdded(item.get(), DisplayItemList(children.begin(), children.end()));
+        return;
+    }
+    // One event per child; rows are appended whatever the position.
+    for (const auto& child : children) {
+        item->insertChild(std::size_t(pick(int(item->childCount()) + 1)), child);
+        expectAdded(item.get(), {child});
+    }
+}
+
+// The host swaps the display model's tree without an event: the rows stay
+// with the old tree's items, which go once nothing holds them.
+void RandomRun::reactReplaceRoot()
+{
+    if (!m_viewModel)
+        return;
+    SceneDisplayModel& model = m_viewModel->displayModel();
+    m_keptAlive.push_back(model.rootDisplayItem());
+    auto newRoot = std::make_shared<DisplayItem>("Root");
+    for (int i = 0, n = 1 + pick(3); i < n; ++i)
+        newRoot->appendChild(makeRandomItem(2));
+    model.setRootDisplayItem(chance(85) ? newRoot : nullptr);
+    m_detached.clear();
+}
+
+void RandomRun::reactRemoveClonedItem()
+{
+    const auto clone = std::dynamic_pointer_cast<SceneViewModel>(Access::clonedViewModel(*m_dialog));
+    if (!clone)
+        return;
+    const auto items = hostPreOrder(clone->displayModel().rootDisplayItem());
+    if (items.size() < 2)
+        return;
+    reactRemove(items[std::size_t(1 + pick(int(items.size()) - 1))]);
+}
+
+void RandomRun::offer2DReaction(const std::shared_ptr<DisplayItem2D>& item)
+{
+    if (!m_reactionsOn || m_reactor2D || !item || !chance(30))
+        return;
+    m_reactor2D = std::make_unique<Reacting2DObserver>([this]() { react2D(); });
+    m_reactor2D->observe(item);
+    m_reactor2DItem = item;
+    m_reactor2DFired = false;
+}
+
+void RandomRun::react2D()
+{
+    if (!m_inDialogCall || m_reactor2DFired)
+        return;
+    m_reactor2DFired = true;
+    m_reacted = true;
+    const auto item = m_reactor2DItem.lock();
+    if (!item)
+        return;
+    const auto removeFromParent = [this](const std::shared_ptr<DisplayItem2D>& child) {
+        DisplayItem2D* parent = child ? child->getParent() : nullptr;
+        if (!parent)
+            return;
+        const auto keep = parent->shared_from_this();
+        m_keptAlive.push_back(child);
+        parent->removeChild(child);
+        expect2DRemoved(parent, child);
+    };
+    const int roll = pick(4);
+    if (roll == 0) {
+        noteReaction(QStringLiteral("react2D: remove the item"));
+        removeFromParent(item);
+    } else if (roll == 1) {
+        noteReaction(QStringLiteral("react2D: remove the parent"));
+        removeFromParent(item->getParent() ? item->getParent()->shared_from_this() : nullptr);
+    } else {
+        noteReaction(QStringLiteral("react2D: add a child"));
+        auto child = std::make_shared<DisplayItem2D>("reaction " + freshName());
+        if (chance(40))
+            child->appendChild(std::make_shared<DisplayItem2D>("sub " + freshName()));
+        item->appendChild(child);
+        expect2DAdded(item.get(), child);
+    }
+}
+
+void RandomRun::disarm2DReaction()
+{
+    m_reactor2D.reset();
+    m_reactor2DItem.reset();
+    m_reactor2DFired = false;
+}
+
 // ------------------------------------------------------------------ user actions
 
 QString RandomRun::userDoubleClick()
@@ -1492,11 +1943,24 @@ QString RandomRun::userDoubleClick()
     // current when the view reports it, which a change mirrored from the clone
     // (or rows that moved under the pointer meanwhile) may have made another one.
     std::vector<std::pair<std::shared_ptr<DisplayItemInterface>, bool>> before;
+    std::vector<ExpectedRow*> goneBefore;
     for (QTreeWidgetItem* r : allRows(tree)) {
         if (auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(r)) {
             if (auto item = itemRow->getDisplayItem())
                 before.emplace_back(item, item->isVisible());
+            else if (ExpectedRow* e = expectedFor(m_expected, r))
+                goneBefore.push_back(e);
         }
+    }
+    if (const auto item = rowItem(target)) {
+        std::vector<std::shared_ptr<DisplayItem>> near{item};
+        if (DisplayItem* parent = item->parentItem())
+            near.push_back(parent->shared_from_this());
+        for (int i = 0; i < target->childCount(); ++i) {
+            if (auto child = rowItem(target->child(i)))
+                near.push_back(child);
+        }
+        offerReaction(near);
     }
     const int updates = m_viewModel ? m_viewModel->displayModel().visibilityUpdateCount() : 0;
     bool reported = false;
@@ -1505,16 +1969,30 @@ QString RandomRun::userDoubleClick()
         reported = true;
         actedOn = tree->currentItem();
     });
-    if (byKeyboard) {
-        // What the view reports for a double click there.
-        emit tree->itemDoubleClicked(target, 0);
-    } else {
-        QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-        QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+    {
+        const DialogCall call(m_inDialogCall);
+        if (byKeyboard) {
+            // What the view reports for a double click there.
+            emit tree->itemDoubleClicked(target, 0);
+        } else {
+            QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+            QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+        }
     }
     QObject::disconnect(doubleClickSpy);
     if (!reported)
         ++m_actionCounts[QStringLiteral("(double click not reported)")];
+    if (m_reacted) {
+        // The host changed the model inside the toggle: which rows the dialog
+        // still toggled after that is its own business, as long as it stopped
+        // safely. A gone row it toggled shows the gone icon, one it did not
+        // keeps its icon; its row may itself have gone with the reaction.
+        for (ExpectedRow* e : goneBefore) {
+            if (contains(m_expected, e))
+                e->anyIcon = true;
+        }
+        return QString();
+    }
 
     // What must have flipped: the row's item, then the item of each duplicate child row.
     std::vector<const DisplayItemInterface*> flips;
@@ -1599,11 +2077,26 @@ QString RandomRun::userContextMenu(bool removeWhileOpen)
     // Rows may show items that the host has taken out of the model with an ancestor.
     const bool inModel = item && model && item->getDisplayModel() == model;
 
+    if (const auto held = std::dynamic_pointer_cast<DisplayItem>(item)) {
+        std::vector<std::shared_ptr<DisplayItem>> near{held};
+        if (parentRef)
+            near.push_back(parentRef);
+        if (entry == InvisibleEntry || entry == VisibleEntry) {
+            for (const auto& i : subtree) {
+                if (auto d = std::dynamic_pointer_cast<DisplayItem>(i))
+                    near.push_back(d);
+            }
+        }
+        offerReaction(near);
+    }
+
     bool rowGone = false;
     std::vector<std::pair<DisplayItemInterface*, std::pair<bool, bool>>> statesAfterRemoval;
     const auto whileOpen = [&]() {
         if (!removeWhileOpen)
             return;
+        // The host's own change, not one inside a dialog's call.
+        const DialogCall outside(m_inDialogCall, false);
         // The host removes the row's item (or, for the root, empties the model) while the menu is open.
         if (parent) {
             parent->removeChild(item, false);
@@ -1613,10 +2106,14 @@ QString RandomRun::userContextMenu(bool removeWhileOpen)
                 m_detached.push_back(held);
         }
         rowGone = !allRows(tree).contains(target);
-        for (const auto& i : Test::preOrder(item))
+        for (const auto& i : hostPreOrder(std::dynamic_pointer_cast<DisplayItem>(item)))
             statesAfterRemoval.emplace_back(i.get(), std::make_pair(i->isVisible(), i->isSelected()));
     };
-    const Test::ContextMenuVisit visit = Test::rightClick(tree, pos, entry, whileOpen);
+    Test::ContextMenuVisit visit;
+    {
+        const DialogCall call(m_inDialogCall);
+        visit = Test::rightClick(tree, pos, entry, whileOpen);
+    }
     if (!visit.accepted)
         return QStringLiteral("context menu event not accepted");
     if (row && !visit.opened)
@@ -1626,6 +2123,15 @@ QString RandomRun::userContextMenu(bool removeWhileOpen)
             .arg(visit.entries.join(QStringLiteral(", ")), expectedEntries.join(QStringLiteral(", ")));
     if (!entry.isEmpty() && !visit.triggered)
         return QStringLiteral("entry %1 not triggered").arg(entry);
+    if (m_reacted) {
+        // The entry's own change came first (no host call before it raises
+        // an event); what the dialog did after the reaction is its business.
+        // A removal reached the rows that saw its event, unless the reaction
+        // rebuilt the tree from the model that no longer held the item.
+        if (entry == DeleteEntry && !m_replacedInCall && parent)
+            expectRemoved(parent, {item});
+        return QString();
+    }
 
     if (removeWhileOpen && rowGone) {
         // The row went while the menu was open: its entry must do nothing.
@@ -1783,8 +2289,8 @@ QString RandomRun::userCount()
 {
     note(QStringLiteral("count"));
     // A dialog without a view model is disabled: the click does nothing.
-    const QString expected = m_dialog->isEnabled() ? QString::number(Test::preOrder(root()).size())
-                                                   : m_dialog->m_displayItemCountLE->text();
+    const QString expected
+        = m_dialog->isEnabled() ? QString::number(hostPreOrder(root()).size()) : m_dialog->m_displayItemCountLE->text();
     QTest::mouseClick(m_dialog->m_displayItemCountPB, Qt::LeftButton);
     if (m_dialog->m_displayItemCountLE->text() != expected)
         return QStringLiteral("count %1, expected %2").arg(m_dialog->m_displayItemCountLE->text(), expected);
@@ -1954,7 +2460,14 @@ QString RandomRun::user2DDoubleClick()
     const int before = item->getVisibility();
     const int updates = m_selectedModel2D ? m_selectedModel2D->displayUpdateCount() : 0;
     note(QStringLiteral("2D doubleClick %1").arg(target->text(0)));
-    doubleClick(tree, target);
+    offer2DReaction(item);
+    {
+        const DialogCall call(m_inDialogCall);
+        doubleClick(tree, target);
+    }
+    // The toggle came first; the rest is checked against the trees.
+    if (m_reacted)
+        return QString();
     if (tree->currentItem() != target)
         return QStringLiteral("2D double click did not make the row current");
     if (item->getVisibility() != (before == 0 ? 1 : 0))
@@ -1984,7 +2497,9 @@ QString RandomRun::userCloneComparisonDialog()
         m_cloneDialog = nullptr;
         return QString();
     }
-    if (!m_viewModel)
+    // This dialog takes a model with a root for granted; a host that emptied
+    // its model is not shown in it.
+    if (!m_viewModel || !root())
         return QString();
     note(QStringLiteral("open clone comparison"));
     m_cloneDialog = new DebugCloneDisplayModelDialog(nullptr, m_viewModel);
@@ -1999,9 +2514,7 @@ QString RandomRun::userCloneComparisonDialog()
         m_cloneDialogShape << QStringLiteral("|");
     }
     // The original side shows the model as it is now.
-    QStringList expected;
-    for (const auto& item : Test::preOrder(root()))
-        expected << expectedRowText(item);
+    const QStringList expected = comparisonTexts(root());
     if (m_cloneDialogShape.mid(0, m_cloneDialogShape.indexOf(QStringLiteral("|"))) != expected)
         return QStringLiteral("clone comparison: original tree differs from the model");
     return QString();
@@ -2012,6 +2525,16 @@ QString RandomRun::userCloneComparisonDialog()
 QString RandomRun::step(int index)
 {
     m_step = index;
+    m_reacted = false;
+    m_replacedInCall = false;
+    m_keptAlive.clear();
+    // A reaction armed on an item no action has reached for a while makes way for another.
+    if (m_reactor && (m_reactorItem.expired() || m_step - m_reactorArmedAt > 40))
+        disarmReaction();
+    if (m_reactionsOn && !m_reactor && chance(5))
+        armReaction(pickFrom(modelItems()), chance(30));
+    if (m_brokenTreesOn && chance(2))
+        return hostBreakItem();
     // Weights: host mutations and user actions about evenly.
     const int roll = pick(100);
     if (roll < 8)
@@ -2081,6 +2604,10 @@ QString RandomRun::run()
         problem = step(i);
         if (problem.isEmpty())
             problem = checkAll();
+        // A reaction fires once; the 2D one is offered for one double click.
+        if (m_reactorFired)
+            disarmReaction();
+        disarm2DReaction();
         if (!problem.isEmpty())
             return QStringLiteral("seed %1, step %2 (%3): %4").arg(m_seed).arg(i).arg(m_lastAction, problem);
     }
@@ -2132,8 +2659,11 @@ void tst_RandomModel::initTestCase()
     QStringList seeds;
     for (quint64 seed : seedsFromEnvironment())
         seeds << QString::number(seed);
-    qInfo("random model test: %d steps per seed, seeds %s (BRENNVIK_RANDOM_STEPS, BRENNVIK_RANDOM_SEEDS)",
-          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))));
+    qInfo("random model test: %d steps per seed, seeds %s (BRENNVIK_RANDOM_STEPS, BRENNVIK_RANDOM_SEEDS); "
+          "host reactions %s (BRENNVIK_RANDOM_REACTIONS), broken trees %s (BRENNVIK_RANDOM_BROKEN)",
+          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))),
+          switchedOn("BRENNVIK_RANDOM_REACTIONS", true) ? "on" : "off",
+          switchedOn("BRENNVIK_RANDOM_BROKEN", false) ? "on" : "off");
 }
 
 void tst_RandomModel::cleanupTestCase()
