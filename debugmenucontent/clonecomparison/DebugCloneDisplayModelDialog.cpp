@@ -18,9 +18,12 @@ namespace Brennvik {
 
 namespace {
 
+// Empty when the host gives no model, display model or root: a broken host
+// then shows empty trees instead of bringing the dialog down.
 std::shared_ptr<DisplayItemInterface> rootOf(const std::shared_ptr<ViewModelInterface>& viewModel)
 {
-    return viewModel->getDisplayModel()->getRootDisplayItem();
+    DisplayModel* displayModel = viewModel ? viewModel->getDisplayModel() : nullptr;
+    return displayModel ? displayModel->getRootDisplayItem() : nullptr;
 }
 
 } // namespace
@@ -35,7 +38,8 @@ DebugCloneDisplayModelDialog::DebugCloneDisplayModelDialog(QWidget* parent,
     setupUi(this);
     setModal(true);
 
-    m_clonedViewModel = m_viewModel->cloneViewModel(false);
+    if (m_viewModel)
+        m_clonedViewModel = m_viewModel->cloneViewModel(false);
     rebuildTrees();
     compareTreeStructure();
 }
@@ -51,6 +55,8 @@ void DebugCloneDisplayModelDialog::rebuildTrees()
     // one insertion: rows added under a shown row each cost the view a
     // notification.
     const auto build = [this](QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root) {
+        if (!root)
+            return;
         auto* topRow = new DisplayItemTreeWidgetItem(tree, root, nullptr, false);
         const int position = tree->indexOfTopLevelItem(topRow);
         tree->takeTopLevelItem(position);
@@ -142,6 +148,9 @@ void DebugCloneDisplayModelDialog::openComparison(std::vector<ComparedItems>& st
                                                   const std::shared_ptr<DisplayItemInterface>& original,
                                                   const std::shared_ptr<DisplayItemInterface>& cloned)
 {
+    // Only the roots can be empty here: children with an empty side are skipped.
+    if (!original || !cloned)
+        return;
     DisplayItemList originalChildren = original->getChildren();
     DisplayItemList clonedChildren = cloned->getChildren();
 

@@ -136,6 +136,7 @@ private slots:
 
     // report
     void faithfulCloneReportsTreesAreEqual();
+    void modelWithoutRootShowsEmptyTrees();
     void report_data();
     void report();
     void reportEntryIsMessageItemBlankLine();
@@ -262,6 +263,17 @@ void tst_DebugCloneDisplayModelDialog::textsAreTranslatedInFormContext()
 }
 
 // ---------------------------------------------------------------- report
+
+// A host whose model has lost its root: nothing to show or compare, and no crash.
+void tst_DebugCloneDisplayModelDialog::modelWithoutRootShowsEmptyTrees()
+{
+    auto viewModel = buildSampleViewModel();
+    viewModel->displayModel().setRootDisplayItem(nullptr);
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QCOMPARE(dialog.m_displayItemTree->topLevelItemCount(), 0);
+    QCOMPARE(dialog.m_clonedDisplayItemTree->topLevelItemCount(), 0);
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), QStringLiteral("Trees are equal"));
+}
 
 void tst_DebugCloneDisplayModelDialog::faithfulCloneReportsTreesAreEqual()
 {
