@@ -553,10 +553,13 @@ void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentR
     if (!parentRow || !item)
         return;
 
+    // The host's events may remove rows that the frames stand on: the build
+    // then ends quietly where it is.
+    const RowRemovalWatch watch(m_rowRemovals);
     std::unordered_set<const DisplayItemInterface*> onPath{item.get()};
     std::vector<BuildFrame> stack;
     stack.push_back({parentRow, item, item->getChildren(), 0, 0, geometrySeen, duplicate, false});
-    while (!stack.empty()) {
+    while (!stack.empty() && !watch.rowsRemoved()) {
         BuildFrame& frame = stack.back();
         if (frame.next == frame.pending.size()) {
             // Once the "Geometry" group is built, geometry modules after it
@@ -605,9 +608,19 @@ void DisplayModelDialog::addChildRecursively(DisplayItemTreeWidgetItem* parentRo
     if (detach)
         parentRow->takeChild(parentRow->childCount() - 1);
     // The duplicate flag goes in as geometrySeen: a subtree added under a
-    // duplicate row starts with geometry lists enabled.
+    // duplicate row starts with geometry lists enabled. The host's events
+    // during the build may remove rows, the parent among them: a parent that
+    // the tree shows is followed; one outside it counts as gone.
+    const RowRemovalWatch watch(m_rowRemovals);
+    const RowGuard<DisplayItemTreeWidgetItem> guardedParent = guardRow(parentRow);
+    const bool parentShown = guardedParent.get() != nullptr;
     buildTreeRecursively(row, item, duplicate, false);
-    if (detach)
+    if (!detach)
+        return;
+    const bool parentGone = watch.rowsRemoved() && (!parentShown || !guardedParent.get());
+    if (parentGone)
+        deleteDetachedRows(row);
+    else
         parentRow->addChild(row);
 }
 
@@ -932,12 +945,15 @@ DisplayModelDialog::PathStep DisplayModelDialog::stepExpandPath(PathFrame& frame
     // Same position but another text: the row there is shown with its
     // properties compared.
     if (current == first && current.first == i && afterFitsItem) {
+        // Making the row current prints properties, and the host's events
+        // may remove the row meanwhile.
+        const RowGuard<QTreeWidgetItem> guardedChild = guardRow(child);
         applyPathAction(child, action);
-        if (action == PathAction::MakeCurrent) {
+        if (action == PathAction::MakeCurrent && guardedChild.get()) {
             m_onlyCompareMirrored = true;
             const auto* original
                 = dynamic_cast<const DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem());
-            compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(child));
+            compareProperties(original, dynamic_cast<const DisplayItemTreeWidgetItem*>(guardedChild.get()));
         }
         return PathStep::Stop;
     }
