@@ -5,6 +5,8 @@
 #include <functional>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace Brennvik {
@@ -329,6 +331,22 @@ void DisplayItem::setDisplayProperty(const std::string& name, std::string value)
     raisePropertiesChanged();
 }
 
+void DisplayItem::setBusinessProperties(PropertyList properties)
+{
+    if (properties.empty())
+        return;
+    setProperties(m_businessProperties, std::move(properties));
+    raisePropertiesChanged();
+}
+
+void DisplayItem::setDisplayProperties(PropertyList properties)
+{
+    if (properties.empty())
+        return;
+    setProperties(m_displayProperties, std::move(properties));
+    raisePropertiesChanged();
+}
+
 std::optional<std::string> DisplayItem::businessProperty(const std::string& name) const
 {
     return findProperty(m_businessProperties, name);
@@ -610,6 +628,27 @@ void DisplayItem::setProperty(PropertyList& list, const std::string& name, std::
         it->second = std::move(value);
     else
         list.emplace_back(name, std::move(value));
+}
+
+void DisplayItem::setProperties(PropertyList& list, PropertyList properties)
+{
+    // Loaded items bring up to 100,000 properties: an index of the names
+    // instead of a search of the list per property. List nodes never move, so
+    // the index may point at the names they hold.
+    std::unordered_map<std::string_view, std::string*> values;
+    values.reserve(list.size() + properties.size());
+    for (auto& [name, value] : list)
+        values.emplace(name, &value);
+    while (!properties.empty()) {
+        const auto [found, added] = values.emplace(properties.front().first, nullptr);
+        if (!added) {
+            *found->second = std::move(properties.front().second);
+            properties.pop_front();
+            continue;
+        }
+        list.splice(list.end(), properties, properties.begin());
+        found->second = &list.back().second;
+    }
 }
 
 std::optional<std::string> DisplayItem::findProperty(const PropertyList& list, const std::string& name)

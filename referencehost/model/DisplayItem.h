@@ -131,6 +131,12 @@ public:
     ///@{
     void setBusinessProperty(const std::string& name, std::string value);
     void setDisplayProperty(const std::string& name, std::string value);
+    /// Sets each of \a properties in order as setBusinessProperty would (a
+    /// repeated name keeps its first place and its last value), in time linear
+    /// in both lists, and raises properties changed once; nothing for an empty list.
+    void setBusinessProperties(PropertyList properties);
+    /// As setBusinessProperties, for the display properties.
+    void setDisplayProperties(PropertyList properties);
     std::optional<std::string> businessProperty(const std::string& name) const;
     std::optional<std::string> displayProperty(const std::string& name) const;
     const PropertyList& businessProperties() const;
@@ -199,6 +205,7 @@ private:
     std::shared_ptr<DisplayItemInterface> selfReference();
 
     static void setProperty(PropertyList& list, const std::string& name, std::string value);
+    static void setProperties(PropertyList& list, PropertyList properties);
     static std::optional<std::string> findProperty(const PropertyList& list, const std::string& name);
 
     std::string m_displayName;

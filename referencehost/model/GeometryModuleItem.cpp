@@ -28,10 +28,11 @@ void GeometryModuleItem::addGeometryDisplayItem(std::shared_ptr<DisplayItemInter
 {
     if (!item)
         return;
-    const bool listed = std::any_of(m_geometryItems.begin(), m_geometryItems.end(),
-                                    [&item](const auto& w) { return w.lock() == item; });
-    if (!listed)
-        m_geometryItems.push_back(item);
+    auto& listed = m_listed[item.get()];
+    if (listed.lock() == item)
+        return;
+    listed = item;
+    m_geometryItems.push_back(item);
 }
 
 bool GeometryModuleItem::removeGeometryDisplayItem(const DisplayItemInterface* item)
@@ -41,12 +42,14 @@ bool GeometryModuleItem::removeGeometryDisplayItem(const DisplayItemInterface* i
     if (!item || it == m_geometryItems.end())
         return false;
     m_geometryItems.erase(it);
+    m_listed.erase(item);
     return true;
 }
 
 void GeometryModuleItem::clearGeometryDisplayItems()
 {
     m_geometryItems.clear();
+    m_listed.clear();
 }
 
 std::string GeometryModuleItem::typeName() const
@@ -59,6 +62,7 @@ std::shared_ptr<DisplayItem> GeometryModuleItem::copyWithoutChildren() const
     auto copy = std::make_shared<GeometryModuleItem>(getDisplayName());
     copy->copyStateFrom(*this);
     copy->m_geometryItems = m_geometryItems;
+    copy->m_listed = m_listed;
     return copy;
 }
 
@@ -71,11 +75,21 @@ void GeometryModuleItem::remapReferences(const DisplayItemCloneMap& map)
             remapped.push_back(counterpart);
     }
     m_geometryItems = std::move(remapped);
+    indexGeometryItems();
 }
 
 void GeometryModuleItem::appendTypeProperties(PropertyList& displayItemProperties) const
 {
     displayItemProperties.emplace_back("geometry items", std::to_string(getGeometryDisplayItems().size()));
+}
+
+void GeometryModuleItem::indexGeometryItems()
+{
+    m_listed.clear();
+    for (const auto& weakItem : m_geometryItems) {
+        if (auto item = weakItem.lock())
+            m_listed[item.get()] = weakItem;
+    }
 }
 
 } // namespace Brennvik

@@ -4,6 +4,8 @@
 
 #include <hostcontract/GeometryModuleDisplayItemInterface.h>
 
+#include <unordered_map>
+
 namespace Brennvik {
 
 /// A geometry module: groups geometry items that have their own place in the
@@ -35,7 +37,14 @@ protected:
     void appendTypeProperties(PropertyList& displayItemProperties) const override;
 
 private:
+    /// Rebuilds m_listed from m_geometryItems.
+    void indexGeometryItems();
+
     std::vector<std::weak_ptr<DisplayItemInterface>> m_geometryItems;
+    // The listed items by address, so that adding one need not search the
+    // list: a module may list 100,000 items. An entry whose item is gone may
+    // share its address with a new item, hence the weak reference to compare.
+    std::unordered_map<const DisplayItemInterface*, std::weak_ptr<DisplayItemInterface>> m_listed;
 };
 
 } // namespace Brennvik

@@ -21,6 +21,7 @@
 #include <QSet>
 
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace Brennvik {
@@ -494,12 +495,12 @@ void ModelFileReader::readItemProperties(DisplayItem& item, const QJsonObject& o
 {
     if (!object.contains(key))
         return;
-    for (auto& [name, value] : readPropertyList(object.value(key), path.child(key), true)) {
-        if (business)
-            item.setBusinessProperty(name, std::move(value));
-        else
-            item.setDisplayProperty(name, std::move(value));
-    }
+    auto read = readPropertyList(object.value(key), path.child(key), true);
+    PropertyList properties(std::make_move_iterator(read.begin()), std::make_move_iterator(read.end()));
+    if (business)
+        item.setBusinessProperties(std::move(properties));
+    else
+        item.setDisplayProperties(std::move(properties));
 }
 
 std::vector<ModelFileReader::PrimitiveParts> ModelFileReader::readEditor(const QJsonValue& value, const Location& path)

@@ -30,6 +30,17 @@ def main(directory):
     # 100,000 properties in one list, names of 1,024 characters.
     write(directory, "properties.json",
           HEAD + '{"name": "r", "businessProperties": [' + properties(100000, 1024, 1) + "]}}}")
+    # The same with short names, and five such items under one root.
+    short = properties(100000, 8, 1)
+    write(directory, "properties-short.json", HEAD + '{"name": "r", "businessProperties": [' + short + "]}}}")
+    five = ", ".join('{"name": "c%d", "businessProperties": [%s]}' % (i, short) for i in range(5))
+    write(directory, "properties-five.json", HEAD + '{"name": "r", "children": [' + five + "]}}}")
+    # A geometry module listing 100,000 items, its group's children.
+    faces = ", ".join('{"id": "f%d", "name": "f%d"}' % (i, i) for i in range(100000))
+    listed = ", ".join('"f%d"' % i for i in range(100000))
+    write(directory, "geometry.json",
+          HEAD + '{"kind": "GeometryModuleItem", "name": "m", "geometryItems": [' + listed
+          + '], "children": [{"name": "Geometry", "children": [' + faces + "]}]}}}")
     # Property values of 65,536 characters up to the file size limit (512 MiB).
     write(directory, "texts.json", HEAD + '{"name": "r", "businessProperties": [' + properties(8000, 8, 65536) + "]}}}")
     # 100 MB of nested objects, refused for their nesting.

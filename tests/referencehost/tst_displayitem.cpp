@@ -27,6 +27,18 @@ QStringList names(const std::vector<std::string>& texts)
     return list;
 }
 
+// "name=value" texts as a property list; a text without "=" is a name with an empty value.
+PropertyList propertyList(const QStringList& texts)
+{
+    PropertyList list;
+    for (const QString& text : texts) {
+        const int split = text.indexOf('=');
+        list.emplace_back(text.left(split).toStdString(),
+                          split < 0 ? std::string() : text.mid(split + 1).toStdString());
+    }
+    return list;
+}
+
 QStringList names(const DisplayItemList& items)
 {
     QStringList list;
@@ -61,6 +73,8 @@ private slots:
     void visualNotificationCount();
     void getPropertiesContents();
     void propertiesReplaceInPlace();
+    void bulkPropertiesAsSingleSets_data();
+    void bulkPropertiesAsSingleSets();
     void numberOfDisplayItems_data();
     void numberOfDisplayItems();
     void collectSubtreeIsPreOrder();
@@ -535,6 +549,59 @@ void TestDisplayItem::propertiesReplaceInPlace()
     item->setBusinessProperty("id", "7");
     QCOMPARE(item->businessProperty("id"), std::optional<std::string>("7"));
     QCOMPARE(item->businessProperties().size(), std::size_t(1));
+}
+
+void TestDisplayItem::bulkPropertiesAsSingleSets_data()
+{
+    QTest::addColumn<bool>("business");
+    QTest::addColumn<QStringList>("existing");
+    QTest::addColumn<QStringList>("added");
+    QTest::addColumn<QStringList>("expected");
+
+    for (const bool business : {true, false}) {
+        const char* list = business ? "business" : "display";
+        const auto row = [list](const char* name) -> QTestData& { return QTest::addRow("%s: %s", list, name); };
+        row("into an empty list") << business << QStringList{} << QStringList{"a=1", "b=2"}
+                                  << QStringList{"a=1", "b=2"};
+        row("existing names keep their place")
+            << business << QStringList{"a=1", "b=2"} << QStringList{"b=3", "c=4"} << QStringList{"a=1", "b=3", "c=4"};
+        row("a repeated name: last value, first place")
+            << business << QStringList{} << QStringList{"a=1", "b=2", "a=3"} << QStringList{"a=3", "b=2"};
+        row("repeating an existing name")
+            << business << QStringList{"x=0"} << QStringList{"a=1", "x=2", "a=3", "x=4"} << QStringList{"x=4", "a=3"};
+        row("empty names and values") << business << QStringList{"=0"} << QStringList{"", "b", "=5"}
+                                      << QStringList{"=5", "b"};
+        row("nothing to add") << business << QStringList{"a=1"} << QStringList{} << QStringList{"a=1"};
+    }
+}
+
+void TestDisplayItem::bulkPropertiesAsSingleSets()
+{
+    QFETCH(bool, business);
+    QFETCH(QStringList, existing);
+    QFETCH(QStringList, added);
+    QFETCH(QStringList, expected);
+
+    const auto item = std::make_shared<DisplayItem>("bulk");
+    const auto single = std::make_shared<DisplayItem>("single");
+    for (const auto& [name, value] : propertyList(existing)) {
+        for (const auto& target : {item, single})
+            business ? target->setBusinessProperty(name, value) : target->setDisplayProperty(name, value);
+    }
+    RecordingObserver observer;
+    observer.registerToDisplayItem(item);
+    business ? item->setBusinessProperties(propertyList(added)) : item->setDisplayProperties(propertyList(added));
+    for (const auto& [name, value] : propertyList(added))
+        business ? single->setBusinessProperty(name, value) : single->setDisplayProperty(name, value);
+
+    const PropertyList& result = business ? item->businessProperties() : item->displayProperties();
+    QCOMPARE(result, propertyList(expected));
+    QCOMPARE(result, business ? single->businessProperties() : single->displayProperties());
+    // The other list stays as it was.
+    QVERIFY((business ? item->displayProperties() : item->businessProperties()).empty());
+    // One event for the whole list, none when nothing was set.
+    QCOMPARE(observer.total(), added.isEmpty() ? 0 : 1);
+    QCOMPARE(observer.count(RecordedEvent::Type::PropertiesChanged), added.isEmpty() ? 0 : 1);
 }
 
 void TestDisplayItem::numberOfDisplayItems_data()

@@ -46,6 +46,7 @@ private slots:
     void shellTypeAndName();
     void geometryList();
     void geometryListDropsGoneItems();
+    void geometryListDuplicatesAfterChanges();
     void geometryListRemapping();
     void labelSettersRaisePropertiesChanged();
 };
@@ -168,6 +169,42 @@ void TestSpecialisedItems::geometryListDropsGoneItems()
         module->addGeometryDisplayItem(kept);
     }
     QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{kept}));
+}
+
+void TestSpecialisedItems::geometryListDuplicatesAfterChanges()
+{
+    auto module = std::make_shared<GeometryModuleItem>("Module");
+    auto a = std::make_shared<DisplayItem>("a");
+    auto b = std::make_shared<DisplayItem>("b");
+    auto c = std::make_shared<DisplayItem>("c");
+    for (const auto& item : {a, b, c, b, a})
+        module->addGeometryDisplayItem(item);
+    QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{a, b, c}));
+
+    // A removed item may be listed again, at the end.
+    QVERIFY(module->removeGeometryDisplayItem(a.get()));
+    module->addGeometryDisplayItem(a);
+    module->addGeometryDisplayItem(a);
+    QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{b, c, a}));
+
+    // A copy knows what it lists; a remapped copy knows the new items only.
+    const auto copy = std::dynamic_pointer_cast<GeometryModuleItem>(module->copyWithoutChildren());
+    QVERIFY(copy);
+    copy->addGeometryDisplayItem(c);
+    QCOMPARE(copy->getGeometryDisplayItems(), (DisplayItemList{b, c, a}));
+    const auto copyOfC = std::make_shared<DisplayItem>("c");
+    DisplayItemCloneMap map;
+    map.add(c.get(), copyOfC);
+    copy->remapReferences(map);
+    copy->addGeometryDisplayItem(copyOfC);
+    copy->addGeometryDisplayItem(c);
+    QCOMPARE(copy->getGeometryDisplayItems(),
+             (DisplayItemList{b, copyOfC, a, std::static_pointer_cast<DisplayItemInterface>(c)}));
+
+    module->clearGeometryDisplayItems();
+    module->addGeometryDisplayItem(c);
+    module->addGeometryDisplayItem(c);
+    QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{c}));
 }
 
 void TestSpecialisedItems::geometryListRemapping()
