@@ -24,7 +24,7 @@
 //   BRENNVIK_RANDOM_STEPS      steps per seed (default 1500)
 //   BRENNVIK_RANDOM_TRACE      1: log every step (to replay a failure)
 //   BRENNVIK_RANDOM_REACTIONS  0: no host reactions inside the dialogs' calls (default 1)
-//   BRENNVIK_RANDOM_BROKEN     1: broken trees too (default 0)
+//   BRENNVIK_RANDOM_BROKEN     0: no broken trees (default 1)
 // A failure names the seed and the step; rerun with that seed alone.
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
@@ -147,6 +147,16 @@ bool switchedOn(const char* name, bool byDefault)
     return ok ? value != 0 : byDefault;
 }
 
+bool reactionsFromEnvironment()
+{
+    return switchedOn("BRENNVIK_RANDOM_REACTIONS", true);
+}
+
+bool brokenTreesFromEnvironment()
+{
+    return switchedOn("BRENNVIK_RANDOM_BROKEN", true);
+}
+
 // ------------------------------------------------------------------ messages
 
 // What the model testers report (category qt.modeltest), and every other
@@ -243,21 +253,15 @@ std::vector<std::shared_ptr<DisplayItem>> hostPreOrder(const std::shared_ptr<Dis
     return items;
 }
 
-// Whether the expected trees stop at cycles (with broken trees on). Without
-// broken items a row can still show an item that a row above shows: a
-// module's geometry list may name an item that has since become its ancestor,
-// and the duplicate rows built for it list that ancestor again once (they list
-// no geometry themselves, so that ends).
-bool g_stopAtCycles = false;
+// The items on the way down from where a dialog's build started. A dialog
+// gives an empty child no row, and an item already on the way down (the host
+// listed the item itself or an ancestor among its children) a row with
+// nothing below it. A build for added children starts at the added item.
+using ItemPath = std::vector<const DisplayItemInterface*>;
 
-// Whether a dialog gives \a child a row below rows that show \a path: an
-// empty reference gets none, and, when stopping at cycles, neither does an
-// item that one of those rows shows already (the host listed an ancestor as a
-// child).
-bool showsChild(const std::shared_ptr<DisplayItemInterface>& child,
-                const std::vector<const DisplayItemInterface*>& path)
+bool isOnPath(const ItemPath& path, const DisplayItemInterface* item)
 {
-    return child && (!g_stopAtCycles || std::find(path.begin(), path.end(), child.get()) == path.end());
+    return std::find(path.begin(), path.end(), item) != path.end();
 }
 
 // The texts of a tree built by the clone comparison dialog from \a root: one
@@ -273,16 +277,18 @@ QStringList comparisonTexts(const std::shared_ptr<DisplayItemInterface>& root)
         std::size_t depth;
     };
     std::vector<Pending> pending{{root, 0}};
-    std::vector<const DisplayItemInterface*> path;
+    ItemPath path;
     while (!pending.empty()) {
         Pending next = std::move(pending.back());
         pending.pop_back();
         path.resize(next.depth);
         texts << expectedRowText(next.item);
+        if (isOnPath(path, next.item.get()))
+            continue;
         path.push_back(next.item.get());
         const DisplayItemList children = next.item->getChildren();
         for (auto it = children.rbegin(); it != children.rend(); ++it) {
-            if (showsChild(*it, path))
+            if (*it)
                 pending.push_back({*it, next.depth + 1});
         }
     }
@@ -353,46 +359,47 @@ ExpectedRow* appendRow(ExpectedRow* parent, RowList& list, const std::shared_ptr
 // The dialog's tree builder: children in model order with their positions,
 // and, once a "Geometry" row has been built among the children here or
 // further up, a geometry module's items again as duplicate rows at the end.
-// The items that \a row and the rows above it show.
-std::vector<const DisplayItemInterface*> pathOf(const ExpectedRow* row)
-{
-    std::vector<const DisplayItemInterface*> path;
-    for (; row; row = row->parent) {
-        if (const auto item = row->item.lock())
-            path.push_back(item.get());
-    }
-    return path;
-}
-
+// \a path holds \a item and the items above it down from the build's start.
 void buildRows(ExpectedRow* parentRow, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
-               bool duplicate)
+               bool duplicate, ItemPath& path)
 {
-    if (!item)
-        return;
-    const std::vector<const DisplayItemInterface*> path = pathOf(parentRow);
     int index = 0;
+    const auto addRow
+        = [&](const std::shared_ptr<DisplayItemInterface>& child, bool childGeometrySeen, bool childDuplicate) {
+              ExpectedRow* row = appendRow(parentRow, parentRow->children, child, childDuplicate);
+              row->itemIndex = index++;
+              if (!isOnPath(path, child.get())) {
+                  path.push_back(child.get());
+                  buildRows(row, child, childGeometrySeen, childDuplicate, path);
+                  path.pop_back();
+              }
+              return row;
+          };
     for (const auto& child : item->getChildren()) {
-        if (!showsChild(child, path))
+        if (!child)
             continue;
-        ExpectedRow* row = appendRow(parentRow, parentRow->children, child, duplicate);
-        row->itemIndex = index;
-        buildRows(row, child, geometrySeen, duplicate);
+        const ExpectedRow* row = addRow(child, geometrySeen, duplicate);
         if (!geometrySeen && row->text == QLatin1String("Geometry"))
             geometrySeen = true;
-        ++index;
     }
     if (!geometrySeen || duplicate)
         return;
     if (const auto module = std::dynamic_pointer_cast<GeometryModuleDisplayItemInterface>(item)) {
         for (const auto& entry : module->getGeometryDisplayItems()) {
-            if (!entry)
-                continue;
-            ExpectedRow* row = appendRow(parentRow, parentRow->children, entry, true);
-            row->itemIndex = index;
-            buildRows(row, entry, true, true);
-            ++index;
+            if (entry)
+                addRow(entry, true, true);
         }
     }
+}
+
+// The rows a build from \a item makes below \a row.
+void buildRowsFrom(ExpectedRow* row, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
+                   bool duplicate)
+{
+    if (!item)
+        return;
+    ItemPath path{item.get()};
+    buildRows(row, item, geometrySeen, duplicate, path);
 }
 
 void collectRows(RowList& list, std::vector<ExpectedRow*>& out)
@@ -528,10 +535,9 @@ public:
         : m_seed(seed)
         , m_steps(steps)
         , m_rng(seed)
-        , m_reactionsOn(switchedOn("BRENNVIK_RANDOM_REACTIONS", true))
-        , m_brokenTreesOn(switchedOn("BRENNVIK_RANDOM_BROKEN", false))
+        , m_reactionsOn(reactionsFromEnvironment())
+        , m_brokenTreesOn(brokenTreesFromEnvironment())
     {
-        g_stopAtCycles = m_brokenTreesOn;
     }
     ~RandomRun() { tearDown(); }
 
@@ -901,7 +907,7 @@ void RandomRun::rebuildExpected(bool cloneOnly)
         return;
     if (!cloneOnly) {
         ExpectedRow* top = appendRow(nullptr, m_expected, rootItem, false);
-        buildRows(top, rootItem, false, false);
+        buildRowsFrom(top, rootItem, false, false);
         if (EditorDisplayModel* editor = m_viewModel->editorDisplayModel()) {
             for (const auto& primitive : editor->getAllEditModelPrimitives()) {
                 auto row = std::make_unique<ExpectedRow>();
@@ -923,7 +929,7 @@ void RandomRun::rebuildExpected(bool cloneOnly)
     if (!clonedRoot)
         return;
     ExpectedRow* clonedTop = appendRow(nullptr, m_expectedCloned, clonedRoot, false);
-    buildRows(clonedTop, clonedRoot, false, false);
+    buildRowsFrom(clonedTop, clonedRoot, false, false);
     for (std::size_t i = 0; i < m_expected.size(); ++i) {
         ExpectedRow* cloned = i < m_expectedCloned.size() ? m_expectedCloned[i].get() : nullptr;
         compareClone(m_expected[i].get(), cloned, cloned ? cloned->parent : nullptr);
@@ -985,7 +991,7 @@ void RandomRun::expectAdded(const DisplayItemInterface* parent, const DisplayIte
             continue;
         for (const auto& item : items) {
             ExpectedRow* added = appendRow(row, row->children, item, row->duplicate);
-            buildRows(added, item, row->duplicate, false);
+            buildRowsFrom(added, item, row->duplicate, false);
         }
     }
 }
@@ -2661,9 +2667,8 @@ void tst_RandomModel::initTestCase()
         seeds << QString::number(seed);
     qInfo("random model test: %d steps per seed, seeds %s (BRENNVIK_RANDOM_STEPS, BRENNVIK_RANDOM_SEEDS); "
           "host reactions %s (BRENNVIK_RANDOM_REACTIONS), broken trees %s (BRENNVIK_RANDOM_BROKEN)",
-          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))),
-          switchedOn("BRENNVIK_RANDOM_REACTIONS", true) ? "on" : "off",
-          switchedOn("BRENNVIK_RANDOM_BROKEN", false) ? "on" : "off");
+          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))), reactionsFromEnvironment() ? "on" : "off",
+          brokenTreesFromEnvironment() ? "on" : "off");
 }
 
 void tst_RandomModel::cleanupTestCase()
