@@ -635,6 +635,7 @@ private:
     std::shared_ptr<DisplayItem> rowItem(QTreeWidgetItem* row) const;
 
     void replaceViewModel(std::shared_ptr<SceneViewModel> next);
+    void dropDetached();
     void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row);
     QList<QTreeWidgetItem*> allRows(QTreeWidget* tree) const;
     void note(const QString& what);
@@ -1552,6 +1553,15 @@ QString RandomRun::hostReplaceViewModel()
     return QString();
 }
 
+// The host lets go of the items it held out of the tree. Rows may still show
+// them (a geometry list names them) and the call that dropped them may still
+// be changing them, so they stay alive until the next step, as removed items do.
+void RandomRun::dropDetached()
+{
+    m_keptAlive.insert(m_keptAlive.end(), m_detached.begin(), m_detached.end());
+    m_detached.clear();
+}
+
 void RandomRun::replaceViewModel(std::shared_ptr<SceneViewModel> next)
 {
     if (chance(50))
@@ -1559,7 +1569,7 @@ void RandomRun::replaceViewModel(std::shared_ptr<SceneViewModel> next)
     // The old one stays until the next step: the call that replaced it may still be running on it.
     m_keptAlive.push_back(m_viewModel);
     m_viewModel = std::move(next);
-    m_detached.clear();
+    dropDetached();
     m_dialog->setViewModel(m_viewModel);
     if (Access::useClone(*m_dialog)) {
         ++m_clonesMade;
@@ -1836,7 +1846,7 @@ void RandomRun::reactReplaceRoot()
     for (int i = 0, n = 1 + pick(3); i < n; ++i)
         newRoot->appendChild(makeRandomItem(2));
     model.setRootDisplayItem(chance(85) ? newRoot : nullptr);
-    m_detached.clear();
+    dropDetached();
 }
 
 void RandomRun::reactRemoveClonedItem()
