@@ -64,6 +64,7 @@
 #include <QAbstractListModel>
 #include <QApplication>
 #include <QComboBox>
+#include <QPlainTextEdit>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QLineEdit>
@@ -80,6 +81,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 namespace Brennvik {
@@ -293,6 +295,61 @@ QStringList comparisonTexts(const std::shared_ptr<DisplayItemInterface>& root)
         }
     }
     return texts;
+}
+
+// The clone comparison dialog's report on \a original and \a cloned below
+// the items of \a originalPath and \a clonedPath: a message and the
+// original item's description per finding, a pair's before its children's.
+// Children pair up by position when both lists are as long; a pair with an
+// empty side is passed over, and one that repeats an item on the way down is
+// compared but not descended into.
+void addComparisonFindings(const std::shared_ptr<DisplayItemInterface>& original,
+                           const std::shared_ptr<DisplayItemInterface>& cloned, ItemPath& originalPath,
+                           ItemPath& clonedPath, QStringList& report)
+{
+    const auto finding = [&report](const char* message, const DisplayItemInterface& item) {
+        report << QLatin1String(message) << QString::fromStdString(item.getDescription());
+    };
+    const DisplayItemList originalChildren = original->getChildren();
+    const DisplayItemList clonedChildren = cloned->getChildren();
+    if (originalChildren.size() != clonedChildren.size()) {
+        finding("Child count differs", *original);
+        return;
+    }
+    originalPath.push_back(original.get());
+    clonedPath.push_back(cloned.get());
+    for (std::size_t i = 0; i < originalChildren.size(); ++i) {
+        const auto& o = originalChildren[i];
+        const auto& c = clonedChildren[i];
+        if (!o || !c)
+            continue;
+        if (typeid(*o) != typeid(*c)) {
+            finding("Type differs", *o);
+            continue;
+        }
+        if (o == c) {
+            finding("Pointer was copied", *o);
+            continue;
+        }
+        if (o->isVisible() != c->isVisible())
+            finding("Visibility differs", *o);
+        if (!isOnPath(originalPath, o.get()) && !isOnPath(clonedPath, c.get()))
+            addComparisonFindings(o, c, originalPath, clonedPath, report);
+    }
+    originalPath.pop_back();
+    clonedPath.pop_back();
+}
+
+QStringList comparisonReport(const std::shared_ptr<DisplayItemInterface>& original,
+                             const std::shared_ptr<DisplayItemInterface>& cloned)
+{
+    QStringList report;
+    ItemPath originalPath;
+    ItemPath clonedPath;
+    addComparisonFindings(original, cloned, originalPath, clonedPath, report);
+    if (report.isEmpty())
+        report << QStringLiteral("Trees are equal");
+    return report;
 }
 
 // ------------------------------------------------------------------ expected 3D tree
@@ -2529,10 +2586,24 @@ QString RandomRun::userCloneComparisonDialog()
             m_cloneDialogShape << (*it)->text(0);
         m_cloneDialogShape << QStringLiteral("|");
     }
-    // The original side shows the model as it is now.
+    // The original side shows the model as it is now, the other side the
+    // dialog's own clone, and the report compares the two.
     const QStringList expected = comparisonTexts(root());
-    if (m_cloneDialogShape.mid(0, m_cloneDialogShape.indexOf(QStringLiteral("|"))) != expected)
+    const int separator = m_cloneDialogShape.indexOf(QStringLiteral("|"));
+    if (m_cloneDialogShape.mid(0, separator) != expected)
         return QStringLiteral("clone comparison: original tree differs from the model");
+    auto* clonedTop = dynamic_cast<DisplayItemTreeWidgetItem*>(m_cloneDialog->m_clonedDisplayItemTree->topLevelItem(0));
+    const auto clonedRoot = clonedTop ? clonedTop->getDisplayItem() : nullptr;
+    if (!clonedRoot)
+        return QStringLiteral("clone comparison: no clone shown");
+    if (m_cloneDialogShape.mid(separator + 1, m_cloneDialogShape.size() - separator - 2) != comparisonTexts(clonedRoot))
+        return QStringLiteral("clone comparison: cloned tree differs from the clone");
+    const QStringList report
+        = m_cloneDialog->m_outputTextField->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList expectedReport = comparisonReport(root(), clonedRoot);
+    if (report != expectedReport)
+        return QStringLiteral("clone comparison: report \"%1\", expected \"%2\"")
+            .arg(report.join(QStringLiteral("; ")), expectedReport.join(QStringLiteral("; ")));
     return QString();
 }
 
