@@ -7,7 +7,7 @@
 #   FIRST_SEED=500 SEEDS=100 scripts/run-soak.sh
 #   BUILD_DIR=/some/dir scripts/run-soak.sh   # build tree (default: build/)
 #   BUILD_TYPE=Debug BUILD_DIR=build-asan scripts/run-soak.sh -DBRENNVIK_SANITIZE=ON
-#   BRENNVIK_RANDOM_BROKEN=1 scripts/run-soak.sh   # broken trees too
+#   BRENNVIK_RANDOM_BROKEN=0 scripts/run-soak.sh   # no broken trees
 #   BRENNVIK_RANDOM_REACTIONS=0 scripts/run-soak.sh  # no host reactions
 #
 # Further arguments go to CMake when the build tree is configured. The seeds
@@ -42,7 +42,7 @@ export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$root/tests/sanitizers/lsan.sup
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 
 echo "soak: seeds $first_seed..$((first_seed + seed_count - 1)), $steps steps each, batches of $batch, $jobs at a time"
-echo "soak: host reactions ${BRENNVIK_RANDOM_REACTIONS:-1}, broken trees ${BRENNVIK_RANDOM_BROKEN:-0}"
+echo "soak: host reactions ${BRENNVIK_RANDOM_REACTIONS:-1}, broken trees ${BRENNVIK_RANDOM_BROKEN:-1}"
 echo "soak: log $log"
 start=$(date +%s)
 

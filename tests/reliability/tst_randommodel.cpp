@@ -24,7 +24,7 @@
 //   BRENNVIK_RANDOM_STEPS      steps per seed (default 1500)
 //   BRENNVIK_RANDOM_TRACE      1: log every step (to replay a failure)
 //   BRENNVIK_RANDOM_REACTIONS  0: no host reactions inside the dialogs' calls (default 1)
-//   BRENNVIK_RANDOM_BROKEN     1: broken trees too (default 0)
+//   BRENNVIK_RANDOM_BROKEN     0: no broken trees (default 1)
 // A failure names the seed and the step; rerun with that seed alone.
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
@@ -64,6 +64,7 @@
 #include <QAbstractListModel>
 #include <QApplication>
 #include <QComboBox>
+#include <QPlainTextEdit>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QLineEdit>
@@ -80,6 +81,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 namespace Brennvik {
@@ -145,6 +147,16 @@ bool switchedOn(const char* name, bool byDefault)
     bool ok = false;
     const int value = qEnvironmentVariableIntValue(name, &ok);
     return ok ? value != 0 : byDefault;
+}
+
+bool reactionsFromEnvironment()
+{
+    return switchedOn("BRENNVIK_RANDOM_REACTIONS", true);
+}
+
+bool brokenTreesFromEnvironment()
+{
+    return switchedOn("BRENNVIK_RANDOM_BROKEN", true);
 }
 
 // ------------------------------------------------------------------ messages
@@ -243,21 +255,15 @@ std::vector<std::shared_ptr<DisplayItem>> hostPreOrder(const std::shared_ptr<Dis
     return items;
 }
 
-// Whether the expected trees stop at cycles (with broken trees on). Without
-// broken items a row can still show an item that a row above shows: a
-// module's geometry list may name an item that has since become its ancestor,
-// and the duplicate rows built for it list that ancestor again once (they list
-// no geometry themselves, so that ends).
-bool g_stopAtCycles = false;
+// The items on the way down from where a dialog's build started. A dialog
+// gives an empty child no row, and an item already on the way down (the host
+// listed the item itself or an ancestor among its children) a row with
+// nothing below it. A build for added children starts at the added item.
+using ItemPath = std::vector<const DisplayItemInterface*>;
 
-// Whether a dialog gives \a child a row below rows that show \a path: an
-// empty reference gets none, and, when stopping at cycles, neither does an
-// item that one of those rows shows already (the host listed an ancestor as a
-// child).
-bool showsChild(const std::shared_ptr<DisplayItemInterface>& child,
-                const std::vector<const DisplayItemInterface*>& path)
+bool isOnPath(const ItemPath& path, const DisplayItemInterface* item)
 {
-    return child && (!g_stopAtCycles || std::find(path.begin(), path.end(), child.get()) == path.end());
+    return std::find(path.begin(), path.end(), item) != path.end();
 }
 
 // The texts of a tree built by the clone comparison dialog from \a root: one
@@ -273,20 +279,77 @@ QStringList comparisonTexts(const std::shared_ptr<DisplayItemInterface>& root)
         std::size_t depth;
     };
     std::vector<Pending> pending{{root, 0}};
-    std::vector<const DisplayItemInterface*> path;
+    ItemPath path;
     while (!pending.empty()) {
         Pending next = std::move(pending.back());
         pending.pop_back();
         path.resize(next.depth);
         texts << expectedRowText(next.item);
+        if (isOnPath(path, next.item.get()))
+            continue;
         path.push_back(next.item.get());
         const DisplayItemList children = next.item->getChildren();
         for (auto it = children.rbegin(); it != children.rend(); ++it) {
-            if (showsChild(*it, path))
+            if (*it)
                 pending.push_back({*it, next.depth + 1});
         }
     }
     return texts;
+}
+
+// The clone comparison dialog's report on \a original and \a cloned below
+// the items of \a originalPath and \a clonedPath: a message and the
+// original item's description per finding, a pair's before its children's.
+// Children pair up by position when both lists are as long; a pair with an
+// empty side is passed over, and one that repeats an item on the way down is
+// compared but not descended into.
+void addComparisonFindings(const std::shared_ptr<DisplayItemInterface>& original,
+                           const std::shared_ptr<DisplayItemInterface>& cloned, ItemPath& originalPath,
+                           ItemPath& clonedPath, QStringList& report)
+{
+    const auto finding = [&report](const char* message, const DisplayItemInterface& item) {
+        report << QLatin1String(message) << QString::fromStdString(item.getDescription());
+    };
+    const DisplayItemList originalChildren = original->getChildren();
+    const DisplayItemList clonedChildren = cloned->getChildren();
+    if (originalChildren.size() != clonedChildren.size()) {
+        finding("Child count differs", *original);
+        return;
+    }
+    originalPath.push_back(original.get());
+    clonedPath.push_back(cloned.get());
+    for (std::size_t i = 0; i < originalChildren.size(); ++i) {
+        const auto& o = originalChildren[i];
+        const auto& c = clonedChildren[i];
+        if (!o || !c)
+            continue;
+        if (typeid(*o) != typeid(*c)) {
+            finding("Type differs", *o);
+            continue;
+        }
+        if (o == c) {
+            finding("Pointer was copied", *o);
+            continue;
+        }
+        if (o->isVisible() != c->isVisible())
+            finding("Visibility differs", *o);
+        if (!isOnPath(originalPath, o.get()) && !isOnPath(clonedPath, c.get()))
+            addComparisonFindings(o, c, originalPath, clonedPath, report);
+    }
+    originalPath.pop_back();
+    clonedPath.pop_back();
+}
+
+QStringList comparisonReport(const std::shared_ptr<DisplayItemInterface>& original,
+                             const std::shared_ptr<DisplayItemInterface>& cloned)
+{
+    QStringList report;
+    ItemPath originalPath;
+    ItemPath clonedPath;
+    addComparisonFindings(original, cloned, originalPath, clonedPath, report);
+    if (report.isEmpty())
+        report << QStringLiteral("Trees are equal");
+    return report;
 }
 
 // ------------------------------------------------------------------ expected 3D tree
@@ -353,46 +416,47 @@ ExpectedRow* appendRow(ExpectedRow* parent, RowList& list, const std::shared_ptr
 // The dialog's tree builder: children in model order with their positions,
 // and, once a "Geometry" row has been built among the children here or
 // further up, a geometry module's items again as duplicate rows at the end.
-// The items that \a row and the rows above it show.
-std::vector<const DisplayItemInterface*> pathOf(const ExpectedRow* row)
-{
-    std::vector<const DisplayItemInterface*> path;
-    for (; row; row = row->parent) {
-        if (const auto item = row->item.lock())
-            path.push_back(item.get());
-    }
-    return path;
-}
-
+// \a path holds \a item and the items above it down from the build's start.
 void buildRows(ExpectedRow* parentRow, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
-               bool duplicate)
+               bool duplicate, ItemPath& path)
 {
-    if (!item)
-        return;
-    const std::vector<const DisplayItemInterface*> path = pathOf(parentRow);
     int index = 0;
+    const auto addRow
+        = [&](const std::shared_ptr<DisplayItemInterface>& child, bool childGeometrySeen, bool childDuplicate) {
+              ExpectedRow* row = appendRow(parentRow, parentRow->children, child, childDuplicate);
+              row->itemIndex = index++;
+              if (!isOnPath(path, child.get())) {
+                  path.push_back(child.get());
+                  buildRows(row, child, childGeometrySeen, childDuplicate, path);
+                  path.pop_back();
+              }
+              return row;
+          };
     for (const auto& child : item->getChildren()) {
-        if (!showsChild(child, path))
+        if (!child)
             continue;
-        ExpectedRow* row = appendRow(parentRow, parentRow->children, child, duplicate);
-        row->itemIndex = index;
-        buildRows(row, child, geometrySeen, duplicate);
+        const ExpectedRow* row = addRow(child, geometrySeen, duplicate);
         if (!geometrySeen && row->text == QLatin1String("Geometry"))
             geometrySeen = true;
-        ++index;
     }
     if (!geometrySeen || duplicate)
         return;
     if (const auto module = std::dynamic_pointer_cast<GeometryModuleDisplayItemInterface>(item)) {
         for (const auto& entry : module->getGeometryDisplayItems()) {
-            if (!entry)
-                continue;
-            ExpectedRow* row = appendRow(parentRow, parentRow->children, entry, true);
-            row->itemIndex = index;
-            buildRows(row, entry, true, true);
-            ++index;
+            if (entry)
+                addRow(entry, true, true);
         }
     }
+}
+
+// The rows a build from \a item makes below \a row.
+void buildRowsFrom(ExpectedRow* row, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
+                   bool duplicate)
+{
+    if (!item)
+        return;
+    ItemPath path{item.get()};
+    buildRows(row, item, geometrySeen, duplicate, path);
 }
 
 void collectRows(RowList& list, std::vector<ExpectedRow*>& out)
@@ -528,10 +592,9 @@ public:
         : m_seed(seed)
         , m_steps(steps)
         , m_rng(seed)
-        , m_reactionsOn(switchedOn("BRENNVIK_RANDOM_REACTIONS", true))
-        , m_brokenTreesOn(switchedOn("BRENNVIK_RANDOM_BROKEN", false))
+        , m_reactionsOn(reactionsFromEnvironment())
+        , m_brokenTreesOn(brokenTreesFromEnvironment())
     {
-        g_stopAtCycles = m_brokenTreesOn;
     }
     ~RandomRun() { tearDown(); }
 
@@ -629,6 +692,7 @@ private:
     std::shared_ptr<DisplayItem> rowItem(QTreeWidgetItem* row) const;
 
     void replaceViewModel(std::shared_ptr<SceneViewModel> next);
+    void dropDetached();
     void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row);
     QList<QTreeWidgetItem*> allRows(QTreeWidget* tree) const;
     void note(const QString& what);
@@ -901,7 +965,7 @@ void RandomRun::rebuildExpected(bool cloneOnly)
         return;
     if (!cloneOnly) {
         ExpectedRow* top = appendRow(nullptr, m_expected, rootItem, false);
-        buildRows(top, rootItem, false, false);
+        buildRowsFrom(top, rootItem, false, false);
         if (EditorDisplayModel* editor = m_viewModel->editorDisplayModel()) {
             for (const auto& primitive : editor->getAllEditModelPrimitives()) {
                 auto row = std::make_unique<ExpectedRow>();
@@ -923,7 +987,7 @@ void RandomRun::rebuildExpected(bool cloneOnly)
     if (!clonedRoot)
         return;
     ExpectedRow* clonedTop = appendRow(nullptr, m_expectedCloned, clonedRoot, false);
-    buildRows(clonedTop, clonedRoot, false, false);
+    buildRowsFrom(clonedTop, clonedRoot, false, false);
     for (std::size_t i = 0; i < m_expected.size(); ++i) {
         ExpectedRow* cloned = i < m_expectedCloned.size() ? m_expectedCloned[i].get() : nullptr;
         compareClone(m_expected[i].get(), cloned, cloned ? cloned->parent : nullptr);
@@ -985,7 +1049,7 @@ void RandomRun::expectAdded(const DisplayItemInterface* parent, const DisplayIte
             continue;
         for (const auto& item : items) {
             ExpectedRow* added = appendRow(row, row->children, item, row->duplicate);
-            buildRows(added, item, row->duplicate, false);
+            buildRowsFrom(added, item, row->duplicate, false);
         }
     }
 }
@@ -1546,6 +1610,15 @@ QString RandomRun::hostReplaceViewModel()
     return QString();
 }
 
+// The host lets go of the items it held out of the tree. Rows may still show
+// them (a geometry list names them) and the call that dropped them may still
+// be changing them, so they stay alive until the next step, as removed items do.
+void RandomRun::dropDetached()
+{
+    m_keptAlive.insert(m_keptAlive.end(), m_detached.begin(), m_detached.end());
+    m_detached.clear();
+}
+
 void RandomRun::replaceViewModel(std::shared_ptr<SceneViewModel> next)
 {
     if (chance(50))
@@ -1553,7 +1626,7 @@ void RandomRun::replaceViewModel(std::shared_ptr<SceneViewModel> next)
     // The old one stays until the next step: the call that replaced it may still be running on it.
     m_keptAlive.push_back(m_viewModel);
     m_viewModel = std::move(next);
-    m_detached.clear();
+    dropDetached();
     m_dialog->setViewModel(m_viewModel);
     if (Access::useClone(*m_dialog)) {
         ++m_clonesMade;
@@ -1830,7 +1903,7 @@ void RandomRun::reactReplaceRoot()
     for (int i = 0, n = 1 + pick(3); i < n; ++i)
         newRoot->appendChild(makeRandomItem(2));
     model.setRootDisplayItem(chance(85) ? newRoot : nullptr);
-    m_detached.clear();
+    dropDetached();
 }
 
 void RandomRun::reactRemoveClonedItem()
@@ -2513,10 +2586,24 @@ QString RandomRun::userCloneComparisonDialog()
             m_cloneDialogShape << (*it)->text(0);
         m_cloneDialogShape << QStringLiteral("|");
     }
-    // The original side shows the model as it is now.
+    // The original side shows the model as it is now, the other side the
+    // dialog's own clone, and the report compares the two.
     const QStringList expected = comparisonTexts(root());
-    if (m_cloneDialogShape.mid(0, m_cloneDialogShape.indexOf(QStringLiteral("|"))) != expected)
+    const int separator = m_cloneDialogShape.indexOf(QStringLiteral("|"));
+    if (m_cloneDialogShape.mid(0, separator) != expected)
         return QStringLiteral("clone comparison: original tree differs from the model");
+    auto* clonedTop = dynamic_cast<DisplayItemTreeWidgetItem*>(m_cloneDialog->m_clonedDisplayItemTree->topLevelItem(0));
+    const auto clonedRoot = clonedTop ? clonedTop->getDisplayItem() : nullptr;
+    if (!clonedRoot)
+        return QStringLiteral("clone comparison: no clone shown");
+    if (m_cloneDialogShape.mid(separator + 1, m_cloneDialogShape.size() - separator - 2) != comparisonTexts(clonedRoot))
+        return QStringLiteral("clone comparison: cloned tree differs from the clone");
+    const QStringList report
+        = m_cloneDialog->m_outputTextField->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList expectedReport = comparisonReport(root(), clonedRoot);
+    if (report != expectedReport)
+        return QStringLiteral("clone comparison: report \"%1\", expected \"%2\"")
+            .arg(report.join(QStringLiteral("; ")), expectedReport.join(QStringLiteral("; ")));
     return QString();
 }
 
@@ -2661,9 +2748,8 @@ void tst_RandomModel::initTestCase()
         seeds << QString::number(seed);
     qInfo("random model test: %d steps per seed, seeds %s (BRENNVIK_RANDOM_STEPS, BRENNVIK_RANDOM_SEEDS); "
           "host reactions %s (BRENNVIK_RANDOM_REACTIONS), broken trees %s (BRENNVIK_RANDOM_BROKEN)",
-          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))),
-          switchedOn("BRENNVIK_RANDOM_REACTIONS", true) ? "on" : "off",
-          switchedOn("BRENNVIK_RANDOM_BROKEN", false) ? "on" : "off");
+          stepsFromEnvironment(), qPrintable(seeds.join(QLatin1Char(','))), reactionsFromEnvironment() ? "on" : "off",
+          brokenTreesFromEnvironment() ? "on" : "off");
 }
 
 void tst_RandomModel::cleanupTestCase()
