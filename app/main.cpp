@@ -8,18 +8,21 @@
 #include <referencehost/model/SceneViewModel.h>
 #include <referencehost/modelfile/ModelFile.h>
 #include <referencehost/modelfile/ModelFileError.h>
+#include <referencehost/modelfile/ReplaceFile.h>
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
+#include <QHash>
 #include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QTimer>
 #include <QTranslator>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <vector>
@@ -87,22 +90,53 @@ QString unknownDefectTarget(const Brennvik::SceneViewModel& viewModel,
     return QString();
 }
 
-// Writes \a shot to \a file through a file beside it that replaces it only
-// once complete, so that a failed write leaves what was there. Only an
-// ordinary file is replaced: a device or pipe of that name stays as it is.
-bool writeScreenshot(const QPixmap& shot, const QString& file, QString* error)
+// Writes \a shot as PNG to the file named \a file (its bytes as the system
+// takes them) through a file beside it that replaces it only once complete,
+// so that a failed write leaves what was there. Only an ordinary file is
+// replaced: a device or pipe of that name stays as it is.
+bool writeScreenshot(const QPixmap& shot, const QByteArray& file, QString* error)
 {
-    const QFileInfo target(file);
-    if (target.exists() && !target.isFile()) {
-        *error = QStringLiteral("not a regular file");
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !shot.save(&buffer, "PNG")) {
+        *error = QStringLiteral("cannot encode the image");
         return false;
     }
-    QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly) || !shot.save(&out, "PNG") || !out.commit()) {
-        *error = out.errorString();
-        return false;
+    return Brennvik::replaceFileContents(file, png, error);
+}
+
+// The last value of each option of \a options given in \a argv, keyed by the
+// option's first name, as the command line's own bytes: QString arguments
+// lose the bytes of a file name that are not valid text. Read as the parser
+// reads: "--name value" or "--name=value", and nothing after "--".
+QHash<QString, QByteArray> rawOptionValues(int argc, char** argv, const QList<QCommandLineOption>& options)
+{
+    QHash<QString, QByteArray> values;
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray argument(argv[i]);
+        if (argument == "--")
+            break;
+        if (!argument.startsWith("--"))
+            continue;
+        const int equals = argument.indexOf('=');
+        const QString name = QString::fromLocal8Bit(argument.mid(2, equals < 0 ? -1 : equals - 2));
+        const auto option = std::find_if(options.cbegin(), options.cend(),
+                                         [&name](const QCommandLineOption& o) { return o.names().contains(name); });
+        if (option == options.cend() || (equals < 0 && i + 1 >= argc))
+            continue;
+        values.insert(option->names().first(), equals < 0 ? QByteArray(argv[++i]) : argument.mid(equals + 1));
     }
-    return true;
+    return values;
+}
+
+// The file name given to \a option as the system takes it: the command line's
+// own bytes when they are what the parser read, else the parsed text encoded.
+QByteArray nativeFileName(const QCommandLineParser& parser, const QCommandLineOption& option,
+                          const QHash<QString, QByteArray>& rawValues)
+{
+    const QString value = parser.value(option);
+    const QByteArray raw = rawValues.value(option.names().first());
+    return QFile::decodeName(raw) == value ? raw : QFile::encodeName(value);
 }
 
 } // namespace
@@ -158,6 +192,9 @@ int main(int argc, char* argv[])
     parser.addOption(openOption);
     parser.addOption(screenshotOption);
     parser.addOption(langOption);
+    // Every option that takes a value: one of them may swallow the next argument.
+    const QList<QCommandLineOption> valueOptions{modelOption, saveModelOption,  generateOption, cloneDefectOption,
+                                                 openOption,  screenshotOption, langOption};
     // Errors of the command line are usage errors (status 2); Qt's own
     // handling would give them status 1, that of a file that fails to load.
     if (!parser.parse(QCoreApplication::arguments()))
@@ -166,6 +203,8 @@ int main(int argc, char* argv[])
         return usageError(QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
     // What is left for Qt are --help and --version.
     parser.process(app);
+    // Taken after QApplication has removed its own options, as the parser's arguments were.
+    const QHash<QString, QByteArray> rawValues = rawOptionValues(argc, argv, valueOptions);
 
     // Installed before any window is made: forms look their texts up once, when built.
     QTranslator translator;
@@ -189,7 +228,7 @@ int main(int argc, char* argv[])
     }
     if (parser.isSet(modelOption)) {
         Brennvik::ModelFileError error;
-        viewModel = Brennvik::ModelFile::load(parser.value(modelOption), &error);
+        viewModel = Brennvik::ModelFile::load(nativeFileName(parser, modelOption, rawValues), &error);
         if (!viewModel) {
             std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(error.toString()));
             return 1;
@@ -215,11 +254,12 @@ int main(int argc, char* argv[])
 
     if (parser.isSet(saveModelOption)) {
         QString error;
-        if (!Brennvik::ModelFile::save(*viewModel, parser.value(saveModelOption), &error)) {
+        const QByteArray file = nativeFileName(parser, saveModelOption, rawValues);
+        if (!Brennvik::ModelFile::save(*viewModel, file, &error)) {
             std::fprintf(stderr, "brennvik-referenceapp: cannot save the model: %s\n", qPrintable(error));
             return 1;
         }
-        std::printf("model written: %s\n", qPrintable(parser.value(saveModelOption)));
+        std::printf("model written: %s\n", qPrintable(QFile::decodeName(file)));
     }
 
     std::vector<Brennvik::CloneDefect> defects;
@@ -261,18 +301,19 @@ int main(int argc, char* argv[])
     }
 
     if (parser.isSet(screenshotOption)) {
-        const QString file = parser.value(screenshotOption);
+        const QByteArray file = nativeFileName(parser, screenshotOption, rawValues);
         // Rendered once the windows have been laid out by the event loop.
         QTimer::singleShot(0, &window, [&]() {
             const QPixmap shot = renderWindows(QList<QWidget*>{&window} + window.openDialogs());
             QString error = QStringLiteral("nothing to render");
             if (shot.isNull() || !writeScreenshot(shot, file, &error)) {
-                std::fprintf(stderr, "brennvik-referenceapp: cannot write screenshot %s: %s\n", qPrintable(file),
-                             qPrintable(error));
+                std::fprintf(stderr, "brennvik-referenceapp: cannot write screenshot %s: %s\n",
+                             qPrintable(QFile::decodeName(file)), qPrintable(error));
                 QApplication::exit(1);
                 return;
             }
-            std::printf("screenshot written: %s (%dx%d)\n", qPrintable(file), shot.width(), shot.height());
+            std::printf("screenshot written: %s (%dx%d)\n", qPrintable(QFile::decodeName(file)), shot.width(),
+                        shot.height());
             QApplication::exit(0);
         });
     }

@@ -28,6 +28,10 @@ public:
     /// \a error (which may be null).
     static std::shared_ptr<SceneViewModel> load(const QString& path, ModelFileError* error,
                                                 const ModelFileLimits& limits = {});
+    /// As load(), for the file name's bytes as the system takes them, which
+    /// need not be valid text; messages show it as QFile::decodeName() does.
+    static std::shared_ptr<SceneViewModel> load(const QByteArray& nativePath, ModelFileError* error,
+                                                const ModelFileLimits& limits = {});
     /// Reads a model from \a json; \a name stands for the file in messages.
     static std::shared_ptr<SceneViewModel> loadFromData(const QByteArray& json, const QString& name,
                                                         ModelFileError* error, const ModelFileLimits& limits = {});
@@ -35,6 +39,10 @@ public:
     /// Writes \a viewModel to \a path, replacing the file only once all of it
     /// is written. False with "path: reason" in \a error (which may be null).
     static bool save(const SceneViewModel& viewModel, const QString& path, QString* error,
+                     const ModelFileLimits& limits = {});
+    /// As save(), for the file name's bytes as the system takes them, which
+    /// need not be valid text; messages show it as QFile::decodeName() does.
+    static bool save(const SceneViewModel& viewModel, const QByteArray& nativePath, QString* error,
                      const ModelFileLimits& limits = {});
     /// The file's text for \a viewModel (indented, keys in alphabetical order,
     /// so the same model always gives the same bytes); empty when the model

@@ -16,6 +16,8 @@ set(BRENNVIK_REFERENCEHOST_MODELFILE_SOURCES
     modelfile/ModelFileReader.cpp
     modelfile/ModelFileWriter.h
     modelfile/ModelFileWriter.cpp
+    modelfile/ReplaceFile.h
+    modelfile/ReplaceFile.cpp
     modelfile/ModelFile.h
     modelfile/ModelFile.cpp
 )

@@ -1,16 +1,22 @@
 // The reference application's command line, run as its user runs it: exit
 // statuses, messages, and what is left on disk when a write fails.
 #include <GeneratedModelBudget.h>
+#include <RawFileNames.h>
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QScopeGuard>
 #include <QtTest>
+
+#include <vector>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
 using namespace Brennvik;
@@ -60,6 +66,30 @@ QByteArray readAll(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+#ifdef Q_OS_UNIX
+// Runs the application with \a arguments passed as they are: QProcess
+// would carry them as text and lose bytes that are not. The exit status, or
+// -1 when it did not end normally.
+int runAppWithRawArguments(const QList<QByteArray>& arguments)
+{
+    const QByteArray program = QByteArrayLiteral(BRENNVIK_REFERENCEAPP);
+    std::vector<char*> argv;
+    argv.push_back(const_cast<char*>(program.constData()));
+    for (const QByteArray& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.constData()));
+    argv.push_back(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::execv(program.constData(), argv.data());
+        ::_exit(127);
+    }
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
+        return -1;
+    return WEXITSTATUS(status);
+}
+#endif
+
 } // namespace
 
 class TestReferenceAppCommandLine : public QObject
@@ -78,6 +108,8 @@ private slots:
     void screenshotReplacesAnExistingFile();
     void failedScreenshotLeavesTheExistingFile();
     void screenshotDoesNotReplaceASpecialFile();
+    void fileNamesThatAreNotText_data();
+    void fileNamesThatAreNotText();
 };
 
 void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
@@ -246,6 +278,59 @@ void TestReferenceAppCommandLine::screenshotDoesNotReplaceASpecialFile()
     QVERIFY2(ownMessages(result).first().contains(QStringLiteral("not a regular file")), qPrintable(result.errors));
     QVERIFY(!QFileInfo(pipe).isFile());
     QVERIFY(QFileInfo::exists(pipe));
+#endif
+}
+
+void TestReferenceAppCommandLine::fileNamesThatAreNotText_data()
+{
+    QTest::addColumn<bool>("joined");
+    QTest::newRow("--option value") << false;
+    QTest::newRow("--option=value") << true;
+}
+
+void TestReferenceAppCommandLine::fileNamesThatAreNotText()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("file names are bytes only on Unix");
+#else
+    QFETCH(bool, joined);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString written = dir.filePath(QStringLiteral("written.json"));
+    const Run result = runApp({QStringLiteral("--save-model"), written, QStringLiteral("--screenshot"),
+                               dir.filePath(QStringLiteral("first.png"))});
+    QVERIFY(result.finished);
+    QCOMPARE(result.exitCode, 0);
+    const QByteArray model = readAll(written);
+    QVERIFY(!model.isEmpty());
+
+    // Byte 0xff is not valid UTF-8: these names have no QString form.
+    const QByteArray folder = QFile::encodeName(dir.path());
+    const QByteArray source = folder + QByteArrayLiteral("/source-\xff.json");
+    const QByteArray copy = folder + QByteArrayLiteral("/copy-\xff.json");
+    const QByteArray shot = folder + QByteArrayLiteral("/shot-\xff.png");
+    // The temporary folder's own clean-up goes through QString names.
+    const auto removeRawNames = qScopeGuard([&] {
+        for (const QByteArray& path : {source, copy, shot})
+            ::unlink(path.constData());
+    });
+    QVERIFY(QFile::copy(written, QFile::decodeName(folder) + QStringLiteral("/plain.json")));
+    QCOMPARE(::rename(QFile::encodeName(dir.filePath(QStringLiteral("plain.json"))).constData(), source.constData()),
+             0);
+
+    const auto option = [joined](const char* name, const QByteArray& value) {
+        return joined ? QList<QByteArray>{QByteArray(name) + '=' + value} : QList<QByteArray>{name, value};
+    };
+    const int status = runAppWithRawArguments(option("--model", source) + option("--save-model", copy)
+                                              + option("--screenshot", shot));
+    QCOMPARE(status, 0);
+    QCOMPARE(Test::readRawFile(copy), model);
+    const QByteArray png = Test::readRawFile(shot);
+    QVERIFY(png.startsWith(QByteArrayLiteral("\x89PNG")));
+    QVERIFY(!QImage::fromData(png, "PNG").isNull());
+    // The three files and those of the first run, nothing half-written beside them.
+    const QList<QByteArray> files{"copy-\xff.json", "first.png", "shot-\xff.png", "source-\xff.json", "written.json"};
+    QCOMPARE(Test::rawEntryNames(folder), files);
 #endif
 }
 

@@ -12,13 +12,17 @@
 #include <referencehost/model/ToolKeySource.h>
 #include <referencehost/modelfile/ModelFile.h>
 
+#include <RawFileNames.h>
+
 #include <hostcontract/EditorDisplayModel.h>
 
+#include <QScopeGuard>
 #include <QtTest>
 
 #include <map>
 #include <vector>
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <sys/resource.h>
@@ -380,6 +384,8 @@ private slots:
     void loadRefusesSpecialFiles_data();
     void loadRefusesSpecialFiles();
     void loadReportsFileProblems();
+    void nameThatIsNotTextRoundTrips();
+    void nameThatIsNotTextKeepsTheReasonOfAFailure();
     void defaultLimitsAllowLargeModels();
 
 private:
@@ -970,6 +976,72 @@ void TestModelFile::loadReportsFileProblems()
     // A null error pointer is fine.
     QVERIFY(ModelFile::load(path, nullptr));
     QVERIFY(!ModelFile::load(missing, nullptr));
+}
+
+void TestModelFile::nameThatIsNotTextRoundTrips()
+{
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    // Byte 0xff is not valid UTF-8: such a name has no QString form.
+    const QByteArray path = QFile::encodeName(directory.path()) + QByteArrayLiteral("/model-\xff.json");
+    // The temporary folder's own clean-up goes through QString names.
+    const auto removeRawName = qScopeGuard([&] { ::unlink(path.constData()); });
+    const auto sample = buildSampleViewModel();
+    QString saveError;
+    QVERIFY2(ModelFile::save(*sample, path, &saveError), qPrintable(saveError));
+
+    struct stat status
+    {
+    };
+    QCOMPARE(::stat(path.constData(), &status), 0);
+    QVERIFY(S_ISREG(status.st_mode));
+    const QByteArray json = ModelFile::toJson(*sample);
+    QCOMPARE(qint64(status.st_size), qint64(json.size()));
+    // Nothing but the target is left in the folder.
+    const QList<QByteArray> onlyTarget{QByteArrayLiteral("model-\xff.json")};
+    QCOMPARE(Test::rawEntryNames(QFile::encodeName(directory.path())), onlyTarget);
+
+    ModelFileError error;
+    const auto loaded = ModelFile::load(path, &error);
+    QVERIFY2(loaded, qPrintable(error.toString()));
+    compareViewModels(*sample, *loaded);
+
+    // Saving again replaces the file in place.
+    QVERIFY2(ModelFile::save(*loaded, path, &saveError), qPrintable(saveError));
+    QCOMPARE(::stat(path.constData(), &status), 0);
+    QCOMPARE(Test::readRawFile(path), json);
+    QCOMPARE(Test::rawEntryNames(QFile::encodeName(directory.path())), onlyTarget);
+}
+
+void TestModelFile::nameThatIsNotTextKeepsTheReasonOfAFailure()
+{
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QByteArray folder = QFile::encodeName(directory.path()) + QByteArrayLiteral("/folder-\xff");
+    const QByteArray missing = folder + QByteArrayLiteral("/model.json");
+    const QString shown = QFile::decodeName(missing);
+    const auto removeRawName = qScopeGuard([&] { ::rmdir(folder.constData()); });
+
+    QString saveError;
+    QVERIFY(!ModelFile::save(*buildSampleViewModel(), missing, &saveError));
+    QCOMPARE(saveError,
+             shown + QStringLiteral(": cannot write the file: ") + QString::fromLocal8Bit(std::strerror(ENOENT)));
+    ModelFileError error;
+    QVERIFY(!ModelFile::load(missing, &error));
+    QCOMPARE(error.toString(),
+             shown + QStringLiteral(": cannot open the file: ") + QString::fromLocal8Bit(std::strerror(ENOENT)));
+
+    // A folder of that name is not replaced, and nothing is left beside it.
+    QCOMPARE(::mkdir(folder.constData(), 0700), 0);
+    QVERIFY(!ModelFile::save(*buildSampleViewModel(), folder, &saveError));
+    QVERIFY2(saveError.startsWith(QFile::decodeName(folder) + QStringLiteral(": cannot write the file: ")),
+             qPrintable(saveError));
+    struct stat status
+    {
+    };
+    QCOMPARE(::stat(folder.constData(), &status), 0);
+    QVERIFY(S_ISDIR(status.st_mode));
+    QCOMPARE(Test::rawEntryNames(QFile::encodeName(directory.path())), QList<QByteArray>{"folder-\xff"});
 }
 
 void TestModelFile::defaultLimitsAllowLargeModels()
