@@ -3,6 +3,7 @@
 #include "DisplayItemTreeWidgetItem2D.h"
 #include "PlotListing.h"
 
+#include <debugmenucontent/treewidgets/RowColumns.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 
 #include <hostcontract/BasePresenter.h>
@@ -249,7 +250,7 @@ void DisplayModel2DDialog::onDisplayItemTreeWidgetItemDoubleClicked(QTreeWidgetI
 {
     // The current row: the first click of the double click made it current.
     auto* row = dynamic_cast<DisplayItemTreeWidgetItem2D*>(m_displayItemTreeWidget->currentItem());
-    if (!row || column != 0)
+    if (!row || column != NameColumn)
         return;
     row->toggleVisibility();
     if (m_displayModel2D)

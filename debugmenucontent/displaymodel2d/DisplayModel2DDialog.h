@@ -55,6 +55,7 @@ public:
 
     /// Refreshes the icons of the rows below \a item (the root row for
     /// null, which needs a tree built before); \a item's own stays.
+    /// Spelt so on purpose: hosts call it by this name.
     void updateVisiblity(QTreeWidgetItem* item);
 
     /// \name Row callbacks
