@@ -104,13 +104,18 @@ void DebugCloneDisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetIte
 
 void DebugCloneDisplayModelDialog::compareTreeStructure()
 {
+    // The roots are compared only through their children, never by their own
+    // type, identity or visibility: hosts read the report as the differences
+    // below the root and rely on it staying so.
     compareDisplayItemsRecursively(rootOf(m_viewModel), rootOf(m_clonedViewModel));
 
     if (m_differences.empty()) {
         m_outputTextField->setPlainText(QStringLiteral("Trees are equal"));
         return;
     }
-    // One entry: the message, the item, and a blank line before the next.
+    // One entry: the message, the item, and a paragraph holding a line break,
+    // which shows as a blank line before the next. Kept as it is: those who
+    // read the report back rely on this layout.
     for (const auto& [message, itemText] : m_differences) {
         m_outputTextField->appendPlainText(QString::fromStdString(message));
         m_outputTextField->appendPlainText(QString::fromStdString(itemText));

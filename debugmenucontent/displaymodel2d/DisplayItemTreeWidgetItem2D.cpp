@@ -2,6 +2,8 @@
 
 #include "DisplayModel2DDialog.h"
 
+#include <debugmenucontent/treewidgets/RowColumns.h>
+
 #include <hostcontract/DisplayItem2D.h>
 
 #include <QIcon>
@@ -47,21 +49,25 @@ void DisplayItemTreeWidgetItem2D::init()
 {
     setVisiblityIcon();
     // Set once: a later rename shows only when the tree is rebuilt.
-    setText(0, QString::fromStdString(m_displayItem->getDisplayName()));
+    setText(NameColumn, QString::fromStdString(m_displayItem->getDisplayName()));
     observe(m_displayItem);
 }
 
 void DisplayItemTreeWidgetItem2D::setVisiblityIcon()
 {
-    setIcon(0, m_displayItem->getVisibility() != 0 ? *getNotVisibleIcon() : *getVisibleIcon());
+    // Any value but Visible counts as not visible, also values this module never sets.
+    setIcon(NameColumn,
+            m_displayItem->getVisibility() != DisplayItem2D::Visible ? *getNotVisibleIcon() : *getVisibleIcon());
 }
 
 void DisplayItemTreeWidgetItem2D::toggleVisibility()
 {
-    if (m_displayItem->getVisibility() == 0)
-        m_displayItem->setVisibility(DisplayItem2D::Visibility(1));
+    // The icon is left alone: it changes with the item's modified event, so
+    // the row always shows what the model holds.
+    if (m_displayItem->getVisibility() == DisplayItem2D::Visible)
+        m_displayItem->setVisibility(DisplayItem2D::NotVisible);
     else
-        m_displayItem->setVisibility(DisplayItem2D::Visibility(0));
+        m_displayItem->setVisibility(DisplayItem2D::Visible);
 }
 
 void DisplayItemTreeWidgetItem2D::onDisplayItemModified()

@@ -29,7 +29,8 @@ public:
     /// The row's item.
     std::shared_ptr<DisplayItem2D> getDisplayItem();
 
-    /// Shows the eye icon for the item's visibility now.
+    /// Shows the eye icon for the item's visibility now. Spelt so on
+    /// purpose: hosts call the rows by this name.
     void setVisiblityIcon();
     /// Visible items become not visible, all others visible. The icon
     /// follows with the item's modified event.

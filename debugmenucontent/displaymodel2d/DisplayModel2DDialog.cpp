@@ -1,41 +1,29 @@
 #include "DisplayModel2DDialog.h"
 
 #include "DisplayItemTreeWidgetItem2D.h"
-#include "DisplayItemTypeCollector.h"
+#include "PlotListing.h"
 
+#include <debugmenucontent/treewidgets/RowColumns.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 
-#include <hostcontract/ApplicationWindow.h>
 #include <hostcontract/BasePresenter.h>
 #include <hostcontract/BkHQWidget2D.h>
 #include <hostcontract/DisplayItem2D.h>
-#include <hostcontract/DisplayItemTreeTraverser.h>
-#include <hostcontract/DisplayModel.h>
 #include <hostcontract/DisplayModel2D.h>
 #include <hostcontract/GenericPlotManager.h>
 #include <hostcontract/MainWindowPresenter.h>
 #include <hostcontract/PlotDescription.h>
 #include <hostcontract/PlotLabelDisplayItem.h>
 #include <hostcontract/ProcessDesignerPresenter.h>
-#include <hostcontract/Vector.h>
-#include <hostcontract/ViewBase.h>
 #include <hostcontract/ViewModelInterface.h>
-#include <hostcontract/ViewTransformationProvider.h>
 #include <hostcontract/VirtualDrawArea.h>
 
-#include <QCoreApplication>
-#include <QPoint>
 #include <QShowEvent>
 #include <QString>
 #include <QStringList>
 #include <QTreeWidgetItem>
-#include <QVariant>
-#include <QtGlobal>
 
-#include <algorithm>
 #include <list>
-#include <numeric>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,11 +42,6 @@ void fillPropertyTree(QTreeWidget* tree, const PropertyPairs& properties)
         row->setText(1, QString::fromStdString(value));
         row->setToolTip(1, QString::fromStdString(value));
     }
-}
-
-QPoint globalTopLeft(const QWidget* widget)
-{
-    return widget->mapToGlobal(widget->rect().topLeft());
 }
 
 } // namespace
@@ -267,7 +250,7 @@ void DisplayModel2DDialog::onDisplayItemTreeWidgetItemDoubleClicked(QTreeWidgetI
 {
     // The current row: the first click of the double click made it current.
     auto* row = dynamic_cast<DisplayItemTreeWidgetItem2D*>(m_displayItemTreeWidget->currentItem());
-    if (!row || column != 0)
+    if (!row || column != NameColumn)
         return;
     row->toggleVisibility();
     if (m_displayModel2D)
@@ -296,104 +279,59 @@ void DisplayModel2DDialog::printProperties(const QTreeWidgetItem* item)
 
 void DisplayModel2DDialog::onUpdateListPBClicked()
 {
+    clearListing();
+    m_plotWidgets = gatherPlotWidgets(*m_mainWindowPresenter);
+    sortByScreenPosition(m_plotWidgets);
+    guardPlotWidgets();
+    const float pixelRatio = listingPixelRatio();
+    listPlotWidgets(pixelRatio);
+    if (const std::shared_ptr<ViewModelInterface> viewModel = m_viewModel.lock())
+        listPlotLabels(placePlotLabels(*viewModel, pixelRatio));
+    selectFirstRowWhenNoneIs();
+}
+
+void DisplayModel2DDialog::clearListing()
+{
     m_plotWidgets.clear();
     m_plotLabels.clear();
     m_plotWidgetGuards.clear();
     m_plotLabelGuards.clear();
     // May report the current row -1, which empties the tree.
     m_plotListWdg->clear();
+}
 
-    // Plot widgets of the process designer, then those of the material generator.
-    if (ProcessDesignerPresenter* designer = m_mainWindowPresenter->getLeftProcessDesigner()) {
-        const std::set<QWidget*> drawAreas = designer->getDrawAreas2D();
-        for (QWidget* drawArea : drawAreas) {
-            auto* plotWidget = dynamic_cast<BkHQWidget2D*>(drawArea);
-            if (plotWidget && plotWidget->isVisible())
-                m_plotWidgets.push_back(plotWidget);
-        }
-    }
-    const QVariant materialGenerator = QCoreApplication::instance()->property("MaterialGenerator");
-    if (QWidget* window = materialGenerator.value<QWidget*>()) {
-        // A widget found here as well as in the designer is listed twice.
-        for (BkHQWidget2D* plotWidget : window->findChildren<BkHQWidget2D*>()) {
-            if (plotWidget->isVisible())
-                m_plotWidgets.push_back(plotWidget);
-        }
-    }
-
-    // Top to bottom, then left to right.
-    std::sort(m_plotWidgets.begin(), m_plotWidgets.end(), [](const BkHQWidget2D* a, const BkHQWidget2D* b) {
-        const QPoint pa = globalTopLeft(a);
-        const QPoint pb = globalTopLeft(b);
-        return pa.y() < pb.y() || (pa.y() == pb.y() && pa.x() < pb.x());
-    });
-
+void DisplayModel2DDialog::guardPlotWidgets()
+{
     for (BkHQWidget2D* plotWidget : m_plotWidgets)
         m_plotWidgetGuards.emplace_back(plotWidget);
+}
 
-    const float dpr = float(getDevicePixelRatio(getWindow()));
-    for (const BkHQWidget2D* plotWidget : m_plotWidgets) {
-        const QPoint p = globalTopLeft(plotWidget);
-        // qRound rounds halves upwards: -7.5 gives -7.
-        const int x = qRound(float(p.x()) * dpr);
-        const int y = qRound(float(p.y()) * dpr);
-        const std::string text = "Plot at (" + std::to_string(x) + ", " + std::to_string(y) + ")";
-        m_plotListWdg->insertItem(m_plotListWdg->count(), QString(text.c_str()));
+void DisplayModel2DDialog::listPlotWidgets(float pixelRatio)
+{
+    for (const BkHQWidget2D* plotWidget : m_plotWidgets)
+        appendListRow(plotRowText(plotWidget, pixelRatio));
+}
+
+void DisplayModel2DDialog::listPlotLabels(const std::vector<PlacedPlotLabel>& placedLabels)
+{
+    for (const PlacedPlotLabel& placed : placedLabels) {
+        m_plotLabels.push_back(placed.label.get());
+        m_plotLabelGuards.push_back(placed.label);
+        appendListRow(labelRowText(placed.point));
     }
+}
 
-    if (const std::shared_ptr<ViewModelInterface> viewModel = m_viewModel.lock()) {
-        const ViewBase* view = viewModel->getView();
-        const QWidget* viewWidget = view ? view->getViewWidget() : nullptr;
-        const DisplayModel* labelModel = viewModel->getLabelDisplayModel();
-        if (view && viewWidget && labelModel) {
-            const ViewTransformationProvider& transformation = view->getMainWindowTransformationProvider();
-            const QPoint origin = viewWidget->mapToGlobal(QPoint(0, 0));
-            const int originX = qRound(float(origin.x()) * dpr);
-            const int originY = qRound(float(origin.y()) * dpr);
+void DisplayModel2DDialog::appendListRow(const std::string& text)
+{
+    m_plotListWdg->insertItem(m_plotListWdg->count(), QString(text.c_str()));
+}
 
-            // Only visible labels, in traversal order; the filter's cache skips
-            // runs of other item types without a cast.
-            std::vector<std::shared_ptr<PlotLabelDisplayItem>> labels;
-            DisplayItemTypeCollector<PlotLabelDisplayItem> collector(&labels);
-            DisplayItemTreeTraverser::processVisible(labelModel->getRootDisplayItem(), collector);
-
-            std::vector<Vector<float, 3>> points;
-            for (const std::shared_ptr<PlotLabelDisplayItem>& label : labels) {
-                m_plotLabels.push_back(label.get());
-                const Vector<float, 3> pixel
-                    = transformation.transformWorldToPixelCoordinates(label->getAnchorPointForDisplay());
-                Vector<float, 3> point(float(originX), float(originY), 0.0f);
-                point += pixel;
-                points.push_back(point);
-            }
-
-            std::vector<std::size_t> order(points.size());
-            std::iota(order.begin(), order.end(), std::size_t(0));
-            std::sort(order.begin(), order.end(), [&points](std::size_t a, std::size_t b) {
-                return points[a].y() < points[b].y()
-                    || (points[a].y() == points[b].y() && points[a].x() < points[b].x());
-            });
-            std::vector<PlotLabelDisplayItem*> sortedLabels;
-            std::vector<Vector<float, 3>> sortedPoints;
-            for (const std::size_t index : order) {
-                m_plotLabelGuards.push_back(labels[index]);
-                sortedLabels.push_back(m_plotLabels[index]);
-                sortedPoints.push_back(points[index]);
-            }
-            m_plotLabels = std::move(sortedLabels);
-
-            for (const Vector<float, 3>& point : sortedPoints) {
-                // Truncated toward zero, unlike the plot rows, which are rounded.
-                const std::string text
-                    = "PlotLabel at (" + std::to_string(int(point.x())) + ", " + std::to_string(int(point.y())) + ")";
-                m_plotListWdg->insertItem(m_plotListWdg->count(), QString(text.c_str()));
-            }
-        }
-    }
-
+void DisplayModel2DDialog::selectFirstRowWhenNoneIs()
+{
     const int total = int(m_plotLabels.size() + m_plotWidgets.size());
     const int currentRow = m_plotListWdg->currentRow();
-    // A current row equal to total is left alone, as the bound is written.
+    // "Above total", not "at or above": a current row equal to total is left
+    // alone. Hosts drive the list through this check as it has always been.
     if (total > 0 && (currentRow < 0 || currentRow > total))
         m_plotListWdg->setCurrentRow(0);
 }

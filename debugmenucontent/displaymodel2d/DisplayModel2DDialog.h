@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 class QShowEvent;
@@ -22,6 +23,7 @@ class DisplayItemTreeWidgetItem2D;
 class DisplayModel2D;
 class MainWindowPresenter;
 class PlotLabelDisplayItem;
+struct PlacedPlotLabel;
 class ViewModelInterface;
 
 /// The debugging dialog of the 2D plots' display models.
@@ -53,6 +55,7 @@ public:
 
     /// Refreshes the icons of the rows below \a item (the root row for
     /// null, which needs a tree built before); \a item's own stays.
+    /// Spelt so on purpose: hosts call it by this name.
     void updateVisiblity(QTreeWidgetItem* item);
 
     /// \name Row callbacks
@@ -82,6 +85,14 @@ private:
     void buildTreeRecursively(DisplayItemTreeWidgetItem2D* parentRow, std::shared_ptr<DisplayItem2D> item);
     void addChildRecursively(DisplayItemTreeWidgetItem2D* parentRow, std::shared_ptr<DisplayItem2D> item);
     void printProperties(const QTreeWidgetItem* item);
+
+    // The listing's steps, in the order onUpdateListPBClicked takes them.
+    void clearListing();
+    void guardPlotWidgets();
+    void listPlotWidgets(float pixelRatio);
+    void listPlotLabels(const std::vector<PlacedPlotLabel>& placedLabels);
+    void appendListRow(const std::string& text);
+    void selectFirstRowWhenNoneIs();
 
     const MainWindowPresenter* m_mainWindowPresenter;
     std::vector<BkHQWidget2D*> m_plotWidgets;

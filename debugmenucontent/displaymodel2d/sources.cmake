@@ -8,6 +8,8 @@ set(BRENNVIK_DISPLAYMODEL2D_SOURCES
     displaymodel2d/DisplayItemTypeCollector.cpp
     displaymodel2d/DisplayItemTreeWidgetItem2D.h
     displaymodel2d/DisplayItemTreeWidgetItem2D.cpp
+    displaymodel2d/PlotListing.h
+    displaymodel2d/PlotListing.cpp
     displaymodel2d/DisplayModel2DDialog.h
     displaymodel2d/DisplayModel2DDialog.cpp
     displaymodel2d/DisplayModel2DDialog.ui

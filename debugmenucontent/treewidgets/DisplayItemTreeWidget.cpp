@@ -130,7 +130,7 @@ void DisplayItemTreeWidget::onSelectDisplayItem()
     row->toggleSelection();
     if (item) {
         if (DisplayModel* displayModel = item->getDisplayModel())
-            displayModel->doDisplayUpdate(2);
+            displayModel->doDisplayUpdate(DisplayUpdate::Attributes);
     }
 }
 
@@ -151,7 +151,7 @@ void DisplayItemTreeWidget::onDeleteDisplayItem()
     // The row stays: the host's removed event makes the dialog drop it.
     parent->removeChild(item, false);
     if (displayModel)
-        displayModel->doDisplayUpdate(2);
+        displayModel->doDisplayUpdate(DisplayUpdate::Attributes);
 }
 
 void DisplayItemTreeWidget::onMakeAllSubtreeItemsInvisible()

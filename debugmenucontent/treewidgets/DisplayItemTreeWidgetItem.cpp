@@ -1,5 +1,6 @@
 #include "DisplayItemTreeWidgetItem.h"
 
+#include "RowColumns.h"
 #include "RowText.h"
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
@@ -334,12 +335,13 @@ void DisplayItemTreeWidgetItem::init()
     setVisiblityIcon();
 
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
-    setText(0, rowText(item));
+    setText(NameColumn, rowText(item));
 
-    // The constructors set the index to -1 just before, so column 1 stays empty
-    // on a new row; callers read the index back through getItemIndex.
+    // The constructors set the index to -1 just before, so the index column
+    // stays empty on a new row. Kept so: hosts read the index back through
+    // getItemIndex and rely on the column showing nothing.
     if (m_itemIndex >= 0)
-        setText(1, rowIndexText(m_itemIndex));
+        setText(IndexColumn, rowIndexText(m_itemIndex));
 
     registerToDisplayItem(item);
 }
@@ -349,10 +351,10 @@ void DisplayItemTreeWidgetItem::setVisiblityIcon()
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
     if (!item) {
         createVisibleIcons();
-        setIcon(0, *s_visibleDifferentIcon);
+        setIcon(NameColumn, *s_visibleDifferentIcon);
         return;
     }
-    setIcon(0, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
+    setIcon(NameColumn, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
 }
 
 void DisplayItemTreeWidgetItem::createVisibleIcons()

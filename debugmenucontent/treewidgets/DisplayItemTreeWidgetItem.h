@@ -80,6 +80,8 @@ public:
 
 private:
     void init();
+    // Spelt so on purpose: the rows share this name, and hosts and their
+    // tests know it by this spelling.
     void setVisiblityIcon();
     QIcon* getVisibleIcon();
     QIcon* getNotVisibleIcon();

@@ -1,5 +1,6 @@
 #include "EditModelTreeWidgetItem.h"
 
+#include "RowColumns.h"
 #include "RowText.h"
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
@@ -74,10 +75,10 @@ void EditModelTreeWidgetItem::init(int itemIndex)
     setVisiblityIcon();
 
     // A primitive may also be a shell; it is then named like a shell's display item row.
-    setText(0, rowText(m_editorDisplayItem.lock()));
+    setText(NameColumn, rowText(m_editorDisplayItem.lock()));
 
     if (itemIndex >= 0)
-        setText(1, rowIndexText(itemIndex));
+        setText(IndexColumn, rowIndexText(itemIndex));
 }
 
 void EditModelTreeWidgetItem::setVisiblityIcon()
@@ -89,7 +90,7 @@ void EditModelTreeWidgetItem::setVisiblityIcon()
 
     // A primitive that has gone is not drawn: it shows as not visible.
     const std::shared_ptr<EditorDisplayItem> item = m_editorDisplayItem.lock();
-    setIcon(0, item && item->isVisible() ? *s_visibleIcon : *s_notVisibleIcon);
+    setIcon(NameColumn, item && item->isVisible() ? *s_visibleIcon : *s_notVisibleIcon);
 }
 
 } // namespace Brennvik

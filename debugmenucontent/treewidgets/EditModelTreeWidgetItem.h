@@ -42,11 +42,13 @@ public:
 
 private:
     void init(int itemIndex);
+    // Spelt so on purpose, as on the display item rows.
     void setVisiblityIcon();
 
     std::weak_ptr<EditorDisplayItem> m_editorDisplayItem;
     DisplayModelDialog* m_dialog;
-    // Kept with the row, 0 from construction; nothing reads it.
+    // 0 from construction; nothing reads it. Kept so that the row keeps the
+    // layout hosts know.
     qint32 m_reserved;
 
     // Shared by every edit-model row; created on first use, never freed.

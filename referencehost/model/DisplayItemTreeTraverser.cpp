@@ -1,4 +1,5 @@
 #include "DisplayTreeWalk.h"
+#include "HostCallLog.h"
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayItemTreeTraverser.h>
@@ -36,6 +37,7 @@ void DisplayItemTreeTraverser::process(std::shared_ptr<DisplayItemInterface> roo
 void DisplayItemTreeTraverser::processVisible(std::shared_ptr<DisplayItemInterface> root,
                                               NodeProcessorInterface& processor)
 {
+    HostCallLog::note("processVisible");
     walk(root, processor, true);
 }
 

@@ -2,6 +2,7 @@
 
 #include "DisplayItem.h"
 #include "FixedEntryOwner.h"
+#include "HostCallLog.h"
 #include "ProcessStepProvider.h"
 #include "SceneContext.h"
 #include "ToolKeyLookup.h"
@@ -36,6 +37,7 @@ Kind6Provider* SceneDisplayModel::getKind6Provider() const
 
 std::shared_ptr<DisplayItemInterface> SceneDisplayModel::getRootDisplayItem() const
 {
+    HostCallLog::note("getRootDisplayItem");
     return m_root;
 }
 

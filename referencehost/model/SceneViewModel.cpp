@@ -2,6 +2,7 @@
 
 #include "DisplayItem.h"
 #include "DisplayItemCloner.h"
+#include "HostCallLog.h"
 #include "SceneDisplayModel.h"
 
 #include <hostcontract/EditorDisplayModel.h>
@@ -33,11 +34,13 @@ EditorDisplayModel* SceneViewModel::getEditorDisplayModel() const
 
 ViewBase* SceneViewModel::getView() const
 {
+    HostCallLog::note("getView");
     return m_view;
 }
 
 DisplayModel* SceneViewModel::getLabelDisplayModel() const
 {
+    HostCallLog::note("getLabelDisplayModel");
     return m_labelDisplayModel.get();
 }
 

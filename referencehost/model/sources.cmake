@@ -15,6 +15,8 @@ set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
     model/EditorDisplayItem.cpp
     ${PROJECT_SOURCE_DIR}/hostcontract/EditorDisplayModel.h
     model/EditorDisplayModel.cpp
+    model/HostCallLog.h
+    model/HostCallLog.cpp
     model/DisplayItem.h
     model/DisplayItem.cpp
     model/ShellItem.h

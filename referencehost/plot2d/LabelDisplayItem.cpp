@@ -1,5 +1,7 @@
 #include <hostcontract/LabelDisplayItem.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 namespace Brennvik {
 
 LabelDisplayItem::LabelDisplayItem(const Vector<float, 3>& anchorPoint)
@@ -11,6 +13,7 @@ LabelDisplayItem::~LabelDisplayItem() = default;
 
 const Vector<float, 3>& LabelDisplayItem::getAnchorPointForDisplay() const
 {
+    HostCallLog::note("getAnchorPointForDisplay");
     return m_anchorPoint;
 }
 

@@ -1,6 +1,8 @@
 #include <hostcontract/MainWindowPresenter.h>
 #include <hostcontract/ProcessDesignerPresenter.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 namespace Brennvik {
 
 MainWindowPresenter::MainWindowPresenter()
@@ -13,6 +15,7 @@ MainWindowPresenter::~MainWindowPresenter() = default;
 
 ProcessDesignerPresenter* MainWindowPresenter::getLeftProcessDesigner() const
 {
+    HostCallLog::note("getLeftProcessDesigner");
     return m_leftProcessDesigner.get();
 }
 

@@ -1,6 +1,8 @@
 #include <hostcontract/ProcessDesignerPresenter.h>
 #include <hostcontract/VirtualDrawArea.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 #include <QObject>
 #include <QWidget>
 
@@ -16,6 +18,7 @@ ProcessDesignerPresenter::~ProcessDesignerPresenter()
 
 const std::set<QWidget*>& ProcessDesignerPresenter::getDrawAreas2D() const
 {
+    HostCallLog::note("getDrawAreas2D");
     return m_drawAreas2D;
 }
 

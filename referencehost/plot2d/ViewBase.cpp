@@ -1,5 +1,7 @@
 #include <hostcontract/ViewBase.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 #include <QWidget>
 
 namespace Brennvik {
@@ -10,11 +12,13 @@ ViewBase::~ViewBase() = default;
 
 const ViewTransformationProvider& ViewBase::getMainWindowTransformationProvider() const
 {
+    HostCallLog::note("getMainWindowTransformationProvider");
     return m_transformationProvider;
 }
 
 QWidget* ViewBase::getViewWidget() const
 {
+    HostCallLog::note("getViewWidget");
     return m_viewWidget;
 }
 

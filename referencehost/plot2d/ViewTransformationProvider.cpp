@@ -1,5 +1,7 @@
 #include <hostcontract/ViewTransformationProvider.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 #include <cmath>
 
 namespace Brennvik {
@@ -12,6 +14,7 @@ ViewTransformationProvider::ViewTransformationProvider() = default;
 
 Vector<float, 3> ViewTransformationProvider::transformWorldToPixelCoordinates(const Vector<float, 3>& world) const
 {
+    HostCallLog::note("transformWorldToPixelCoordinates");
     const float a = m_azimuth * DegreesToRadians;
     const float e = m_elevation * DegreesToRadians;
     // Turn about the world z axis ...

@@ -1,5 +1,7 @@
 #include <hostcontract/ApplicationWindow.h>
 
+#include <referencehost/model/HostCallLog.h>
+
 #include <QGuiApplication>
 #include <QPointer>
 #include <QWindow>
@@ -19,6 +21,7 @@ QPointer<QWindow>& registeredWindow()
 
 QWindow* getWindow()
 {
+    HostCallLog::note("getWindow");
     if (QWindow* window = registeredWindow())
         return window;
     if (!qGuiApp)
@@ -37,6 +40,7 @@ QWindow* getWindow()
 
 double getDevicePixelRatio(QWindow* window)
 {
+    HostCallLog::note("getDevicePixelRatio");
     if (window)
         return window->devicePixelRatio();
     return qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
