@@ -372,15 +372,25 @@ void collect2DRows(Expected2DRow& row, std::vector<Expected2DRow*>& out)
         collect2DRows(*child, out);
 }
 
+namespace {
+
+// The rows below \a top (and \a top) that show \a item.
+std::vector<Expected2DRow*> rowsShowing(Expected2DRow* top, const DisplayItem2D* item)
+{
+    std::vector<Expected2DRow*> rows;
+    if (top)
+        collect2DRows(*top, rows);
+    rows.erase(
+        std::remove_if(rows.begin(), rows.end(), [item](const Expected2DRow* r) { return r->item.get() != item; }),
+        rows.end());
+    return rows;
+}
+
+} // namespace
+
 void expect2DAdded(Expected2DRow* top, const DisplayItem2D* parent, const std::shared_ptr<DisplayItem2D>& child)
 {
-    if (!top)
-        return;
-    std::vector<Expected2DRow*> rows;
-    collect2DRows(*top, rows);
-    for (Expected2DRow* row : rows) {
-        if (row->item.get() != parent)
-            continue;
+    for (Expected2DRow* row : rowsShowing(top, parent)) {
         auto added = std::make_unique<Expected2DRow>();
         added->item = child;
         added->text = QString::fromStdString(child->getDisplayName());
@@ -391,13 +401,7 @@ void expect2DAdded(Expected2DRow* top, const DisplayItem2D* parent, const std::s
 
 void expect2DRemoved(Expected2DRow* top, const DisplayItem2D* parent, const std::shared_ptr<DisplayItem2D>& child)
 {
-    if (!top)
-        return;
-    std::vector<Expected2DRow*> rows;
-    collect2DRows(*top, rows);
-    for (Expected2DRow* row : rows) {
-        if (row->item.get() != parent)
-            continue;
+    for (Expected2DRow* row : rowsShowing(top, parent)) {
         for (auto it = row->children.begin(); it != row->children.end(); ++it) {
             if ((*it)->item == child) {
                 row->children.erase(it);

@@ -180,6 +180,13 @@ QList<QTreeWidgetItem*> RandomRun::allRows(QTreeWidget* tree) const
     return rows;
 }
 
+// One of \a tree's rows at random; null when it has none.
+QTreeWidgetItem* RandomRun::pickRow(QTreeWidget* tree)
+{
+    const QList<QTreeWidgetItem*> rows = allRows(tree);
+    return rows.isEmpty() ? nullptr : rows.at(pick(rows.size()));
+}
+
 void RandomRun::doubleClick(QTreeWidget* tree, QTreeWidgetItem* row)
 {
     tree->scrollToItem(row);

@@ -226,6 +226,7 @@ private:
     void dropDetached();
     void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row);
     QList<QTreeWidgetItem*> allRows(QTreeWidget* tree) const;
+    QTreeWidgetItem* pickRow(QTreeWidget* tree);
     void note(const QString& what);
     void noteReaction(const QString& what);
 

@@ -221,10 +221,9 @@ QString RandomRun::userCurrentRow()
 QString RandomRun::userClonedCurrentRow()
 {
     DisplayItemTreeWidget* tree = clonedTree();
-    const QList<QTreeWidgetItem*> rows = allRows(tree);
-    if (rows.isEmpty())
+    QTreeWidgetItem* target = pickRow(tree);
+    if (!target)
         return QString();
-    QTreeWidgetItem* target = rows.at(pick(rows.size()));
     note(QStringLiteral("clonedCurrent %1").arg(target->text(0)));
     tree->setCurrentItem(target);
     // The change is mirrored into the original tree, and may come back changed
@@ -237,10 +236,9 @@ QString RandomRun::userClonedCurrentRow()
 QString RandomRun::userClonedDoubleClick()
 {
     DisplayItemTreeWidget* tree = clonedTree();
-    const QList<QTreeWidgetItem*> rows = allRows(tree);
-    if (rows.isEmpty())
+    QTreeWidgetItem* target = pickRow(tree);
+    if (!target)
         return QString();
-    QTreeWidgetItem* target = rows.at(pick(rows.size()));
     note(QStringLiteral("clonedDoubleClick %1").arg(target->text(0)));
     doubleClick(tree, target);
     return QString();

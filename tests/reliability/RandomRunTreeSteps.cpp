@@ -93,10 +93,9 @@ void captureBeforeMenu(MenuTarget& target, const QString& entry, SceneViewModel*
 QString RandomRun::userDoubleClick()
 {
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
-    const QList<QTreeWidgetItem*> rows = allRows(tree);
-    if (rows.isEmpty())
+    QTreeWidgetItem* target = pickRow(tree);
+    if (!target)
         return QString();
-    QTreeWidgetItem* target = rows.at(pick(rows.size()));
     note(QStringLiteral("doubleClick %1").arg(target->text(0)));
 
     // The first click makes the row current; the double click acts on the current row.
@@ -260,11 +259,10 @@ QString RandomRun::checkToggled(QTreeWidgetItem* actedOn, const VisibilityBefore
 QString RandomRun::userContextMenu(bool removeWhileOpen)
 {
     QTreeWidget* tree = m_dialog->m_displayItemTreeWidget;
-    QList<QTreeWidgetItem*> rows = allRows(tree);
-    if (rows.isEmpty())
-        return QString();
     MenuTarget target;
-    target.row = rows.at(pick(rows.size()));
+    target.row = pickRow(tree);
+    if (!target.row)
+        return QString();
     target.itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(target.row);
     tree->scrollToItem(target.row);
     const QPoint pos = tree->visualItemRect(target.row).center();
@@ -401,10 +399,9 @@ QString RandomRun::checkMenuEntry(const MenuTarget& target, const QString& entry
 QString RandomRun::userClonedContextMenu()
 {
     DisplayItemTreeWidget* tree = clonedTree();
-    const QList<QTreeWidgetItem*> rows = allRows(tree);
-    if (rows.isEmpty())
+    QTreeWidgetItem* target = pickRow(tree);
+    if (!target)
         return QString();
-    QTreeWidgetItem* target = rows.at(pick(rows.size()));
     tree->scrollToItem(target);
     const QString entry = KitEntries.at(pick(KitEntries.size()));
     note(QStringLiteral("clonedContextMenu %1 on %2").arg(entry, target->text(0)));
