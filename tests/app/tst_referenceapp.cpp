@@ -60,7 +60,7 @@ QTreeWidgetItem* findRow(QTreeWidget* tree, const QString& text)
 
 } // namespace
 
-class TestReferenceApp : public QObject
+class tst_ReferenceApp : public QObject
 {
     Q_OBJECT
 private slots:
@@ -88,7 +88,7 @@ private:
     std::unique_ptr<ReferenceMainWindow> m_window;
 };
 
-void TestReferenceApp::init()
+void tst_ReferenceApp::init()
 {
     m_viewModel = buildSampleViewModel();
     m_window = std::make_unique<ReferenceMainWindow>(m_viewModel);
@@ -96,13 +96,13 @@ void TestReferenceApp::init()
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
 }
 
-void TestReferenceApp::cleanup()
+void tst_ReferenceApp::cleanup()
 {
     m_window.reset();
     m_viewModel.reset();
 }
 
-void TestReferenceApp::sceneViewDrawsTheSample()
+void tst_ReferenceApp::sceneViewDrawsTheSample()
 {
     SceneView3D* view = m_window->sceneView();
     QVERIFY(view->isVisible());
@@ -122,7 +122,7 @@ void TestReferenceApp::sceneViewDrawsTheSample()
     QVERIFY(frame.pixelColor(frame.width() / 2, frame.height() / 2) != frame.pixelColor(2, 2));
 }
 
-void TestReferenceApp::debugMenuOpensTheDisplayModelDialog()
+void tst_ReferenceApp::debugMenuOpensTheDisplayModelDialog()
 {
     QAction* open = debugMenuAction(*m_window, "openDisplayModelDialogAction");
     QVERIFY(open);
@@ -140,7 +140,7 @@ void TestReferenceApp::debugMenuOpensTheDisplayModelDialog()
     QCOMPARE(m_window->openDialogs(), dialogs);
 }
 
-void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
+void tst_ReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
     auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
@@ -175,7 +175,7 @@ void TestReferenceApp::hidingASubtreeFromTheDialogRedrawsTheSceneView()
     QVERIFY(view->drawnItemCount() > before);
 }
 
-void TestReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
+void tst_ReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
     auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
@@ -188,7 +188,7 @@ void TestReferenceApp::selectingFromTheDialogOutlinesInTheSceneView()
     QCOMPARE(m_window->sceneView()->selectedItemCount(), 2);
 }
 
-void TestReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
+void tst_ReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
 {
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
     auto* tree = m_window->findChild<DisplayModelDialog*>()->findChild<DisplayItemTreeWidget*>(
@@ -205,7 +205,7 @@ void TestReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
     QTRY_VERIFY(!findRow(m_window->displayItemTree(), QStringLiteral("Section cuts")));
 }
 
-void TestReferenceApp::drawAreaFollowsItsPresenter()
+void tst_ReferenceApp::drawAreaFollowsItsPresenter()
 {
     SceneView3D* view = m_window->sceneView();
     const int original = view->drawnItemCount();
@@ -232,7 +232,7 @@ void TestReferenceApp::drawAreaFollowsItsPresenter()
     QCOMPARE(view->drawnItemCount(), shown);
 }
 
-void TestReferenceApp::cloneModeWithADefectMarksTheRow()
+void tst_ReferenceApp::cloneModeWithADefectMarksTheRow()
 {
     m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::AddChild, "Trim lines", {}, {}}});
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
@@ -257,7 +257,7 @@ void TestReferenceApp::cloneModeWithADefectMarksTheRow()
     QCOMPARE(findRow(cloned, QStringLiteral("Drawbeads"))->font(0).weight(), QFont().weight());
 }
 
-void TestReferenceApp::showCloneIn3dDrawsTheClone()
+void tst_ReferenceApp::showCloneIn3dDrawsTheClone()
 {
     m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::DropChild, "Results", {}, {}}});
     debugMenuAction(*m_window, "openDisplayModelDialogAction")->trigger();
@@ -283,7 +283,7 @@ void TestReferenceApp::showCloneIn3dDrawsTheClone()
     QCOMPARE(view->drawnItemCount(), original);
 }
 
-void TestReferenceApp::cloneComparisonReportsTheDefect()
+void tst_ReferenceApp::cloneComparisonReportsTheDefect()
 {
     m_viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::FlipVisibility, "Punch", {}, {}}});
     debugMenuAction(*m_window, "openCloneComparisonDialogAction")->trigger();
@@ -304,7 +304,7 @@ void TestReferenceApp::cloneComparisonReportsTheDefect()
     QCOMPARE(report->toPlainText().trimmed(), QStringLiteral("Trees are equal"));
 }
 
-void TestReferenceApp::pickingAPlotShowsItsTree()
+void tst_ReferenceApp::pickingAPlotShowsItsTree()
 {
     debugMenuAction(*m_window, "openDisplayModel2DDialogAction")->trigger();
     auto* dialog = m_window->findChild<DisplayModel2DDialog*>();
@@ -335,7 +335,7 @@ void TestReferenceApp::pickingAPlotShowsItsTree()
                             QStringLiteral("Flow curve DC04"), QStringLiteral("Forming limit curve DC04")}));
 }
 
-void TestReferenceApp::plotLabelsAreDrawnInTheSceneView()
+void tst_ReferenceApp::plotLabelsAreDrawnInTheSceneView()
 {
     const QStringList labels = m_window->sceneView()->drawnPlotLabels();
     QCOMPARE(labels.size(), 4);
@@ -345,7 +345,7 @@ void TestReferenceApp::plotLabelsAreDrawnInTheSceneView()
     QVERIFY(m_window->sceneView()->drawnPlotLabels().isEmpty());
 }
 
-void TestReferenceApp::savedModelLoadsBack()
+void tst_ReferenceApp::savedModelLoadsBack()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -368,7 +368,7 @@ void TestReferenceApp::savedModelLoadsBack()
     QVERIFY(!QImage(shot).isNull());
 }
 
-void TestReferenceApp::malformedModelFileIsRefused()
+void tst_ReferenceApp::malformedModelFileIsRefused()
 {
     QTemporaryDir dir;
     const QString model = dir.filePath(QStringLiteral("broken.json"));
@@ -392,5 +392,5 @@ void TestReferenceApp::malformedModelFileIsRefused()
              qPrintable(ours.first()));
 }
 
-QTEST_MAIN(TestReferenceApp)
+QTEST_MAIN(tst_ReferenceApp)
 #include "tst_referenceapp.moc"

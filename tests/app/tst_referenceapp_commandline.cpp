@@ -92,7 +92,7 @@ int runAppWithRawArguments(const QList<QByteArray>& arguments)
 
 } // namespace
 
-class TestReferenceAppCommandLine : public QObject
+class tst_ReferenceAppCommandLine : public QObject
 {
     Q_OBJECT
 private slots:
@@ -112,7 +112,7 @@ private slots:
     void fileNamesThatAreNotText();
 };
 
-void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
+void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("message");
@@ -132,7 +132,7 @@ void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
         << QStringList{"--model", "a.json", "--generate", "5"} << "exclude each other";
 }
 
-void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo()
+void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, message);
@@ -151,7 +151,7 @@ void TestReferenceAppCommandLine::usageErrorExitsWithStatusTwo()
     QVERIFY(!QFile::exists(shot));
 }
 
-void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero_data()
+void tst_ReferenceAppCommandLine::helpAndVersionExitWithStatusZero_data()
 {
     QTest::addColumn<QString>("option");
     QTest::addColumn<QString>("output");
@@ -161,7 +161,7 @@ void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero_data()
                              << "brennvik-referenceapp 0.1";
 }
 
-void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero()
+void tst_ReferenceAppCommandLine::helpAndVersionExitWithStatusZero()
 {
     QFETCH(QString, option);
     QFETCH(QString, output);
@@ -171,7 +171,7 @@ void TestReferenceAppCommandLine::helpAndVersionExitWithStatusZero()
     QVERIFY2(result.output.contains(output), qPrintable(result.output));
 }
 
-void TestReferenceAppCommandLine::generatedModelRefusal_data()
+void tst_ReferenceAppCommandLine::generatedModelRefusal_data()
 {
     QTest::addColumn<quint64>("items");
     QTest::addColumn<qint64>("available"); // -1: not known
@@ -185,7 +185,7 @@ void TestReferenceAppCommandLine::generatedModelRefusal_data()
     QTest::newRow("memory not known") << quint64(50000000) << qint64(-1) << QString();
 }
 
-void TestReferenceAppCommandLine::generatedModelRefusal()
+void tst_ReferenceAppCommandLine::generatedModelRefusal()
 {
     QFETCH(quint64, items);
     QFETCH(qint64, available);
@@ -200,7 +200,7 @@ void TestReferenceAppCommandLine::generatedModelRefusal()
     QVERIFY(estimatedMemoryForGeneratedModel(items + 1) > estimatedMemoryForGeneratedModel(items));
 }
 
-void TestReferenceAppCommandLine::generatedModelBeyondMemoryIsRefusedBeforeBuilding()
+void tst_ReferenceAppCommandLine::generatedModelBeyondMemoryIsRefusedBeforeBuilding()
 {
     const quint64 items = 50000000;
     const std::optional<quint64> available = availablePhysicalMemory();
@@ -218,7 +218,7 @@ void TestReferenceAppCommandLine::generatedModelBeyondMemoryIsRefusedBeforeBuild
     QVERIFY2(ours.first().contains(QStringLiteral("would need about")), qPrintable(ours.first()));
 }
 
-void TestReferenceAppCommandLine::screenshotReplacesAnExistingFile()
+void tst_ReferenceAppCommandLine::screenshotReplacesAnExistingFile()
 {
     QTemporaryDir dir;
     const QString shot = dir.filePath(QStringLiteral("shot.png"));
@@ -234,7 +234,7 @@ void TestReferenceAppCommandLine::screenshotReplacesAnExistingFile()
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"shot.png"});
 }
 
-void TestReferenceAppCommandLine::failedScreenshotLeavesTheExistingFile()
+void tst_ReferenceAppCommandLine::failedScreenshotLeavesTheExistingFile()
 {
 #ifndef Q_OS_UNIX
     QSKIP("the write is made to fail by a file size limit");
@@ -262,7 +262,7 @@ void TestReferenceAppCommandLine::failedScreenshotLeavesTheExistingFile()
 #endif
 }
 
-void TestReferenceAppCommandLine::screenshotDoesNotReplaceASpecialFile()
+void tst_ReferenceAppCommandLine::screenshotDoesNotReplaceASpecialFile()
 {
 #ifndef Q_OS_UNIX
     QSKIP("named pipes are made with mkfifo");
@@ -281,14 +281,14 @@ void TestReferenceAppCommandLine::screenshotDoesNotReplaceASpecialFile()
 #endif
 }
 
-void TestReferenceAppCommandLine::fileNamesThatAreNotText_data()
+void tst_ReferenceAppCommandLine::fileNamesThatAreNotText_data()
 {
     QTest::addColumn<bool>("joined");
     QTest::newRow("--option value") << false;
     QTest::newRow("--option=value") << true;
 }
 
-void TestReferenceAppCommandLine::fileNamesThatAreNotText()
+void tst_ReferenceAppCommandLine::fileNamesThatAreNotText()
 {
 #ifndef Q_OS_UNIX
     QSKIP("file names are bytes only on Unix");
@@ -334,5 +334,5 @@ void TestReferenceAppCommandLine::fileNamesThatAreNotText()
 #endif
 }
 
-QTEST_MAIN(TestReferenceAppCommandLine)
+QTEST_MAIN(tst_ReferenceAppCommandLine)
 #include "tst_referenceapp_commandline.moc"

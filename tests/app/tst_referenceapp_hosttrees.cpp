@@ -64,7 +64,7 @@ int chainDepth()
 
 Q_DECLARE_METATYPE(TreeMaker)
 
-class TestReferenceAppHostTrees : public QObject
+class tst_ReferenceAppHostTrees : public QObject
 {
     Q_OBJECT
 private slots:
@@ -74,7 +74,7 @@ private slots:
     void deepChainIsShown();
 };
 
-void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults_data()
+void tst_ReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults_data()
 {
     QTest::addColumn<TreeMaker>("makeTree");
     QTest::addColumn<QString>("rows");
@@ -132,7 +132,7 @@ void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults_data()
     }) << "root(a,b)" << QStringList{"a", "b"};
 }
 
-void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
+void tst_ReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
 {
     QFETCH(TreeMaker, makeTree);
     QFETCH(QString, rows);
@@ -158,7 +158,7 @@ void TestReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
     QCOMPARE(rowShape(tree->topLevelItem(0)), rows);
 }
 
-void TestReferenceAppHostTrees::cycleInTheLabelModelEnds()
+void tst_ReferenceAppHostTrees::cycleInTheLabelModelEnds()
 {
     auto labels = coloured("Labels");
     auto group = coloured("Group");
@@ -173,7 +173,7 @@ void TestReferenceAppHostTrees::cycleInTheLabelModelEnds()
     QCOMPARE(window.sceneView()->drawnPlotLabels().size(), 4);
 }
 
-void TestReferenceAppHostTrees::deepChainIsShown()
+void tst_ReferenceAppHostTrees::deepChainIsShown()
 {
     const int depth = chainDepth();
     auto root = std::make_shared<ExtraChildrenItem>("root");
@@ -215,5 +215,5 @@ void TestReferenceAppHostTrees::deepChainIsShown()
     window.reset();
 }
 
-QTEST_MAIN(TestReferenceAppHostTrees)
+QTEST_MAIN(tst_ReferenceAppHostTrees)
 #include "tst_referenceapp_hosttrees.moc"

@@ -197,7 +197,7 @@ void verify(Conformance::ConformanceHost& host)
 
 } // namespace
 
-class tst_conformance_brokenhost : public QObject
+class tst_ConformanceBrokenHost : public QObject
 {
     Q_OBJECT
 
@@ -302,5 +302,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_conformance_brokenhost)
+QTEST_MAIN(tst_ConformanceBrokenHost)
 #include "tst_conformance_brokenhost.moc"

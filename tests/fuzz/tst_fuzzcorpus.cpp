@@ -27,7 +27,7 @@ QByteArray contents(const QString& path)
 
 } // namespace
 
-class TestFuzzCorpus : public QObject
+class tst_FuzzCorpus : public QObject
 {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ private:
     void addRows(const QString& directory, const QString& prefix);
 };
 
-void TestFuzzCorpus::addRows(const QString& directory, const QString& prefix)
+void tst_FuzzCorpus::addRows(const QString& directory, const QString& prefix)
 {
     for (const QFileInfo& info : inputsIn(directory)) {
         // A regression file may come with a note on what it broke; that is not an input.
@@ -51,14 +51,14 @@ void TestFuzzCorpus::addRows(const QString& directory, const QString& prefix)
     }
 }
 
-void TestFuzzCorpus::replay_data()
+void tst_FuzzCorpus::replay_data()
 {
     QTest::addColumn<QString>("path");
     addRows(QStringLiteral(BRENNVIK_FUZZ_CORPUS_DIR), QStringLiteral("corpus/"));
     addRows(QStringLiteral(BRENNVIK_FUZZ_REGRESSIONS_DIR), QStringLiteral("regressions/"));
 }
 
-void TestFuzzCorpus::replay()
+void tst_FuzzCorpus::replay()
 {
     QFETCH(QString, path);
     QFile file(path);
@@ -78,7 +78,7 @@ void TestFuzzCorpus::replay()
         QVERIFY2(!outcome.loaded, "a broken seed file loads");
 }
 
-void TestFuzzCorpus::corpusCoversBothOutcomes()
+void tst_FuzzCorpus::corpusCoversBothOutcomes()
 {
     // A corpus of only good or only broken files would leave half the loader
     // untried; and an empty directory would make the replay pass vacuously.
@@ -94,7 +94,7 @@ void TestFuzzCorpus::corpusCoversBothOutcomes()
     QVERIFY2(refused >= 20, qPrintable(QStringLiteral("%1 corpus files are refused").arg(refused)));
 }
 
-void TestFuzzCorpus::checkOnKnownInputs()
+void tst_FuzzCorpus::checkOnKnownInputs()
 {
     // The check itself on inputs whose outcome is known.
     const ModelFileFuzzOutcome broken = checkModelFileInput("{\"format\": \"brennvik-display-model\", \"version\": 2,\n"
@@ -119,5 +119,5 @@ void TestFuzzCorpus::checkOnKnownInputs()
     QVERIFY2(deepOutcome.finding.isEmpty(), qPrintable(deepOutcome.finding));
 }
 
-QTEST_GUILESS_MAIN(TestFuzzCorpus)
+QTEST_GUILESS_MAIN(tst_FuzzCorpus)
 #include "tst_fuzzcorpus.moc"

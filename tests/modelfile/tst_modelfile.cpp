@@ -358,7 +358,7 @@ bool makeSpecialFile(const QString& kind, const QString& path)
 
 } // namespace
 
-class TestModelFile : public QObject
+class tst_ModelFile : public QObject
 {
     Q_OBJECT
 
@@ -393,7 +393,7 @@ private:
     std::vector<std::shared_ptr<DisplayItem>> m_keepAlive;
 };
 
-void TestModelFile::roundTripSample()
+void tst_ModelFile::roundTripSample()
 {
     const auto sample = buildSampleViewModel();
     QString error;
@@ -409,7 +409,7 @@ void TestModelFile::roundTripSample()
     QCOMPARE(ModelFile::toJson(*loaded), json);
 }
 
-void TestModelFile::roundTripSynthetic_data()
+void tst_ModelFile::roundTripSynthetic_data()
 {
     QTest::addColumn<int>("itemCount");
     QTest::addColumn<unsigned>("seed");
@@ -419,7 +419,7 @@ void TestModelFile::roundTripSynthetic_data()
     QTest::newRow("other seed") << 3000 << 2024u;
 }
 
-void TestModelFile::roundTripSynthetic()
+void tst_ModelFile::roundTripSynthetic()
 {
     QFETCH(int, itemCount);
     QFETCH(unsigned, seed);
@@ -436,7 +436,7 @@ void TestModelFile::roundTripSynthetic()
     QCOMPARE(ModelFile::toJson(*loaded), json);
 }
 
-void TestModelFile::roundTripThroughFile()
+void tst_ModelFile::roundTripThroughFile()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -464,7 +464,7 @@ void TestModelFile::roundTripThroughFile()
     QCOMPARE(file.readAll(), written);
 }
 
-void TestModelFile::initialEntriesAfterLoading()
+void tst_ModelFile::initialEntriesAfterLoading()
 {
     const auto loaded = loadOrFail(ModelFile::toJson(*buildSampleViewModel()));
     QVERIFY(loaded);
@@ -486,7 +486,7 @@ void TestModelFile::initialEntriesAfterLoading()
     QVERIFY(entry->getDisplayModel() == &model);
 }
 
-void TestModelFile::writtenTextLeavesOutComputedProperties()
+void tst_ModelFile::writtenTextLeavesOutComputedProperties()
 {
     const auto sample = buildSampleViewModel();
     const QJsonObject file = QJsonDocument::fromJson(ModelFile::toJson(*sample)).object();
@@ -532,7 +532,7 @@ void TestModelFile::writtenTextLeavesOutComputedProperties()
     QCOMPARE(entry, blank.value(QStringLiteral("id")));
 }
 
-void TestModelFile::handWrittenFileUsesDefaults()
+void tst_ModelFile::handWrittenFileUsesDefaults()
 {
     // Ids are any strings; references may point forward and into the label tree.
     const QByteArray json = R"({
@@ -623,7 +623,7 @@ void TestModelFile::handWrittenFileUsesDefaults()
     compareViewModels(*model, *again);
 }
 
-void TestModelFile::goneReferencesAreWrittenAsNull()
+void tst_ModelFile::goneReferencesAreWrittenAsNull()
 {
     auto viewModel = std::make_shared<SceneViewModel>();
     auto root = std::make_shared<DisplayItem>("Root");
@@ -660,7 +660,7 @@ void TestModelFile::goneReferencesAreWrittenAsNull()
     QVERIFY(!loaded->displayModel().getKind7Lookup()->findDisplayItem("Kept"));
 }
 
-void TestModelFile::emptyViewModel()
+void tst_ModelFile::emptyViewModel()
 {
     SceneViewModel empty;
     const QByteArray json = ModelFile::toJson(empty);
@@ -682,7 +682,7 @@ void TestModelFile::emptyViewModel()
     QVERIFY(withEditor->editorDisplayModel()->getAllEditModelPrimitives().empty());
 }
 
-void TestModelFile::saveRefusesWhatAFileCannotHold_data()
+void tst_ModelFile::saveRefusesWhatAFileCannotHold_data()
 {
     QTest::addColumn<std::shared_ptr<SceneViewModel>>("viewModel");
     QTest::addColumn<QString>("message");
@@ -754,7 +754,7 @@ void TestModelFile::saveRefusesWhatAFileCannotHold_data()
     }
 }
 
-void TestModelFile::saveRefusesWhatAFileCannotHold()
+void tst_ModelFile::saveRefusesWhatAFileCannotHold()
 {
     QFETCH(std::shared_ptr<SceneViewModel>, viewModel);
     QFETCH(QString, message);
@@ -770,7 +770,7 @@ void TestModelFile::saveRefusesWhatAFileCannotHold()
     QVERIFY(!QFile::exists(path));
 }
 
-void TestModelFile::saveRefusesWhatLoadingRefuses_data()
+void tst_ModelFile::saveRefusesWhatLoadingRefuses_data()
 {
     QTest::addColumn<std::shared_ptr<SceneViewModel>>("atLimit");
     QTest::addColumn<std::shared_ptr<SceneViewModel>>("overLimit");
@@ -810,7 +810,7 @@ void TestModelFile::saveRefusesWhatLoadingRefuses_data()
     }
 }
 
-void TestModelFile::saveRefusesWhatLoadingRefuses()
+void tst_ModelFile::saveRefusesWhatLoadingRefuses()
 {
     QFETCH(std::shared_ptr<SceneViewModel>, atLimit);
     QFETCH(std::shared_ptr<SceneViewModel>, overLimit);
@@ -850,7 +850,7 @@ void TestModelFile::saveRefusesWhatLoadingRefuses()
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files), QStringList{QStringLiteral("model.json")});
 }
 
-void TestModelFile::saveRefusesJsonNestingTheParserRefuses()
+void tst_ModelFile::saveRefusesJsonNestingTheParserRefuses()
 {
     // An item at level n is nested 2n + 1 deep in the file and its properties
     // two more; Qt's parser refuses more than 1024 levels whatever the item limit.
@@ -866,7 +866,7 @@ void TestModelFile::saveRefusesJsonNestingTheParserRefuses()
     QCOMPARE(error, QStringLiteral("the file would nest objects and arrays deeper than 1024 levels"));
 }
 
-void TestModelFile::saveReportsUnwritablePath()
+void tst_ModelFile::saveReportsUnwritablePath()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -877,7 +877,7 @@ void TestModelFile::saveReportsUnwritablePath()
     QVERIFY(error.size() > path.size() + 25);
 }
 
-void TestModelFile::saveKeepsTheReasonOfAShortWrite()
+void tst_ModelFile::saveKeepsTheReasonOfAShortWrite()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -902,14 +902,14 @@ void TestModelFile::saveKeepsTheReasonOfAShortWrite()
     QVERIFY(!QFile::exists(path));
 }
 
-void TestModelFile::saveRefusesSpecialFiles_data()
+void tst_ModelFile::saveRefusesSpecialFiles_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::newRow("FIFO") << QStringLiteral("FIFO");
     QTest::newRow("character device") << QStringLiteral("device");
 }
 
-void TestModelFile::saveRefusesSpecialFiles()
+void tst_ModelFile::saveRefusesSpecialFiles()
 {
     QFETCH(QString, kind);
     QTemporaryDir directory;
@@ -926,12 +926,12 @@ void TestModelFile::saveRefusesSpecialFiles()
              QStringList{QStringLiteral("target")});
 }
 
-void TestModelFile::loadRefusesSpecialFiles_data()
+void tst_ModelFile::loadRefusesSpecialFiles_data()
 {
     saveRefusesSpecialFiles_data();
 }
 
-void TestModelFile::loadRefusesSpecialFiles()
+void tst_ModelFile::loadRefusesSpecialFiles()
 {
     QFETCH(QString, kind);
     QTemporaryDir directory;
@@ -946,7 +946,7 @@ void TestModelFile::loadRefusesSpecialFiles()
     QCOMPARE(error.toString(), path + QStringLiteral(": cannot read the file: it is not a regular file"));
 }
 
-void TestModelFile::loadReportsFileProblems()
+void tst_ModelFile::loadReportsFileProblems()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -978,7 +978,7 @@ void TestModelFile::loadReportsFileProblems()
     QVERIFY(!ModelFile::load(missing, nullptr));
 }
 
-void TestModelFile::nameThatIsNotTextRoundTrips()
+void tst_ModelFile::nameThatIsNotTextRoundTrips()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -1013,7 +1013,7 @@ void TestModelFile::nameThatIsNotTextRoundTrips()
     QCOMPARE(Test::rawEntryNames(QFile::encodeName(directory.path())), onlyTarget);
 }
 
-void TestModelFile::nameThatIsNotTextKeepsTheReasonOfAFailure()
+void tst_ModelFile::nameThatIsNotTextKeepsTheReasonOfAFailure()
 {
     QTemporaryDir directory;
     QVERIFY(directory.isValid());
@@ -1044,7 +1044,7 @@ void TestModelFile::nameThatIsNotTextKeepsTheReasonOfAFailure()
     QCOMPARE(Test::rawEntryNames(QFile::encodeName(directory.path())), QList<QByteArray>{"folder-\xff"});
 }
 
-void TestModelFile::defaultLimitsAllowLargeModels()
+void tst_ModelFile::defaultLimitsAllowLargeModels()
 {
     // Far beyond the sample, well within the default limits.
     const auto synthetic = buildSyntheticViewModel(20000, 5);
@@ -1055,5 +1055,5 @@ void TestModelFile::defaultLimitsAllowLargeModels()
     QCOMPARE(loaded->displayModel().rootDisplayItem()->getNumberOfDisplayItems(), std::uint64_t(20000));
 }
 
-QTEST_GUILESS_MAIN(TestModelFile)
+QTEST_GUILESS_MAIN(tst_ModelFile)
 #include "tst_modelfile.moc"

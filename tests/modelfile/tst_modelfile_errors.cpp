@@ -45,7 +45,7 @@ QByteArray nestedItems(int levels)
 
 } // namespace
 
-class TestModelFileErrors : public QObject
+class tst_ModelFileErrors : public QObject
 {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ private slots:
     void deepNestingIsRefusedInBoundedMemory();
 };
 
-void TestModelFileErrors::malformedInput_data()
+void tst_ModelFileErrors::malformedInput_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("expected");
@@ -260,7 +260,7 @@ void TestModelFileErrors::malformedInput_data()
         "model.json:3:37: \"businessProperties\" has more than 3 entries", 0, 3);
 }
 
-void TestModelFileErrors::malformedInput()
+void tst_ModelFileErrors::malformedInput()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, expected);
@@ -278,7 +278,7 @@ void TestModelFileErrors::malformedInput()
     QCOMPARE(error.toString(), expected);
 }
 
-void TestModelFileErrors::errorFields()
+void tst_ModelFileErrors::errorFields()
 {
     ModelFileError error;
     QVERIFY(!ModelFile::loadFromData(withRoot("{\"name\": 5}"), QStringLiteral("dir/snapshot.json"), &error));
@@ -297,7 +297,7 @@ void TestModelFileErrors::errorFields()
                                     QStringLiteral("m"), &error, limits));
 }
 
-void TestModelFileErrors::validHeadLoads()
+void tst_ModelFileErrors::validHeadLoads()
 {
     // The fragments the table breaks are valid once filled in correctly.
     ModelFileError error;
@@ -308,14 +308,14 @@ void TestModelFileErrors::validHeadLoads()
     }
 }
 
-void TestModelFileErrors::deepNestingIsRefusedInBoundedMemory_data()
+void tst_ModelFileErrors::deepNestingIsRefusedInBoundedMemory_data()
 {
     QTest::addColumn<QByteArray>("opening");
     QTest::newRow("objects") << QByteArray("{\"a\":");
     QTest::newRow("arrays") << QByteArray("[");
 }
 
-void TestModelFileErrors::deepNestingIsRefusedInBoundedMemory()
+void tst_ModelFileErrors::deepNestingIsRefusedInBoundedMemory()
 {
 #if defined(__SANITIZE_ADDRESS__)
     QSKIP("the address sanitizer reserves more address space than this test allows");
@@ -349,5 +349,5 @@ void TestModelFileErrors::deepNestingIsRefusedInBoundedMemory()
     QCOMPARE(error.toString(), expected);
 }
 
-QTEST_GUILESS_MAIN(TestModelFileErrors)
+QTEST_GUILESS_MAIN(tst_ModelFileErrors)
 #include "tst_modelfile_errors.moc"

@@ -29,7 +29,7 @@ JsonPath::Step key(const char* text)
 
 } // namespace
 
-class TestModelFileLocator : public QObject
+class tst_ModelFileLocator : public QObject
 {
     Q_OBJECT
 
@@ -50,7 +50,7 @@ private slots:
     void deepNestingIsSafe();
 };
 
-void TestModelFileLocator::pathText_data()
+void tst_ModelFileLocator::pathText_data()
 {
     QTest::addColumn<JsonPath>("path");
     QTest::addColumn<QString>("description");
@@ -72,7 +72,7 @@ void TestModelFileLocator::pathText_data()
                                      << "/a~1b~0c";
 }
 
-void TestModelFileLocator::pathText()
+void tst_ModelFileLocator::pathText()
 {
     QFETCH(JsonPath, path);
     QFETCH(QString, description);
@@ -81,7 +81,7 @@ void TestModelFileLocator::pathText()
     QCOMPARE(path.toPointer(), pointer);
 }
 
-void TestModelFileLocator::pathEditing()
+void tst_ModelFileLocator::pathEditing()
 {
     JsonPath p;
     QVERIFY(p.isEmpty());
@@ -102,7 +102,7 @@ void TestModelFileLocator::pathEditing()
     QVERIFY(empty.isEmpty());
 }
 
-void TestModelFileLocator::valueOffset_data()
+void tst_ModelFileLocator::valueOffset_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<JsonPath>("path");
@@ -135,7 +135,7 @@ void TestModelFileLocator::valueOffset_data()
     QTest::newRow("cut short before") << QByteArray(R"({"a": [1, )") << path({key("a"), 1}) << -1;
 }
 
-void TestModelFileLocator::valueOffset()
+void tst_ModelFileLocator::valueOffset()
 {
     QFETCH(QByteArray, text);
     QFETCH(JsonPath, path);
@@ -143,7 +143,7 @@ void TestModelFileLocator::valueOffset()
     QCOMPARE(JsonTextLocator(text).valueOffset(path), offset);
 }
 
-void TestModelFileLocator::lastOfRepeatedKeysCounts()
+void tst_ModelFileLocator::lastOfRepeatedKeysCounts()
 {
     // QJsonDocument keeps the last value of a repeated key; positions follow it.
     const QByteArray text = R"({"a": 1, "a": [2]})";
@@ -151,7 +151,7 @@ void TestModelFileLocator::lastOfRepeatedKeysCounts()
     QCOMPARE(JsonTextLocator(text).valueOffset(path({key("a"), 0})), 15);
 }
 
-void TestModelFileLocator::missingValueFallsBackToAncestor()
+void tst_ModelFileLocator::missingValueFallsBackToAncestor()
 {
     const QByteArray text = "{\n  \"root\": {\n    \"name\": \"r\"\n  }\n}";
     const JsonTextLocator locator(text);
@@ -161,7 +161,7 @@ void TestModelFileLocator::missingValueFallsBackToAncestor()
     QCOMPARE(locator.valuePosition(path({key("nothing"), 3})), (JsonTextLocator::Position{1, 1}));
 }
 
-void TestModelFileLocator::position_data()
+void tst_ModelFileLocator::position_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("offset");
@@ -185,7 +185,7 @@ void TestModelFileLocator::position_data()
     QTest::newRow("byte order mark takes no column") << QByteArray("\xEF\xBB\xBF{}") << 4 << 1 << 2;
 }
 
-void TestModelFileLocator::position()
+void tst_ModelFileLocator::position()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, offset);
@@ -196,7 +196,7 @@ void TestModelFileLocator::position()
     QCOMPARE(position.column, column);
 }
 
-void TestModelFileLocator::firstDuplicateKey_data()
+void tst_ModelFileLocator::firstDuplicateKey_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("key");
@@ -213,7 +213,7 @@ void TestModelFileLocator::firstDuplicateKey_data()
     QTest::newRow("not well-formed") << QByteArray(R"({"a": "open)") << QString() << -1;
 }
 
-void TestModelFileLocator::firstDuplicateKey()
+void tst_ModelFileLocator::firstDuplicateKey()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, key);
@@ -228,7 +228,7 @@ void TestModelFileLocator::firstDuplicateKey()
     QCOMPARE(duplicate->offset, offset);
 }
 
-void TestModelFileLocator::endOfText_data()
+void tst_ModelFileLocator::endOfText_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("open");
@@ -244,7 +244,7 @@ void TestModelFileLocator::endOfText_data()
     QTest::newRow("empty") << QByteArray(" \n") << false << -1;
 }
 
-void TestModelFileLocator::endOfText()
+void tst_ModelFileLocator::endOfText()
 {
     QFETCH(QByteArray, text);
     QFETCH(bool, open);
@@ -254,7 +254,7 @@ void TestModelFileLocator::endOfText()
     QCOMPARE(locator.lastNonWhitespace(), last);
 }
 
-void TestModelFileLocator::deepNestingIsSafe()
+void tst_ModelFileLocator::deepNestingIsSafe()
 {
     // Far deeper than any recursion would survive; the locator keeps its own stack.
     const int depth = 200000;
@@ -277,5 +277,5 @@ void TestModelFileLocator::deepNestingIsSafe()
     QVERIFY(JsonTextLocator(QByteArray(depth, '[')).endsInsideValue());
 }
 
-QTEST_GUILESS_MAIN(TestModelFileLocator)
+QTEST_GUILESS_MAIN(tst_ModelFileLocator)
 #include "tst_modelfile_locator.moc"

@@ -90,7 +90,7 @@ public:
 
 Q_DECLARE_METATYPE(Build)
 
-class TestDeepChain : public QObject
+class tst_DeepChain : public QObject
 {
     Q_OBJECT
 
@@ -104,7 +104,7 @@ private slots:
     void clone();
 };
 
-void TestDeepChain::buildAndFree_data()
+void tst_DeepChain::buildAndFree_data()
 {
     QTest::addColumn<Build>("build");
     QTest::newRow("appendChild top down") << Build::TopDown;
@@ -112,7 +112,7 @@ void TestDeepChain::buildAndFree_data()
     QTest::newRow("insertChild top down") << Build::InsertTopDown;
 }
 
-void TestDeepChain::buildAndFree()
+void tst_DeepChain::buildAndFree()
 {
     QFETCH(Build, build);
     bool chained = false;
@@ -144,7 +144,7 @@ void TestDeepChain::buildAndFree()
     QVERIFY(leaf.expired());
 }
 
-void TestDeepChain::cyclesAreRefused()
+void tst_DeepChain::cyclesAreRefused()
 {
     QVector<bool> refused;
     bool untouched = false;
@@ -182,7 +182,7 @@ void TestDeepChain::cyclesAreRefused()
     QVERIFY(appendedDetachedChain);
 }
 
-void TestDeepChain::walks()
+void tst_DeepChain::walks()
 {
     std::size_t subtreeSize = 0;
     std::size_t toShowSize = 0;
@@ -223,7 +223,7 @@ void TestDeepChain::walks()
     QCOMPARE(processedVisible, Depth - 10);
 }
 
-void TestDeepChain::displayModelFollowsTheChain()
+void tst_DeepChain::displayModelFollowsTheChain()
 {
     QVector<bool> steps;
     Test::runOnSmallStack([&] {
@@ -247,7 +247,7 @@ void TestDeepChain::displayModelFollowsTheChain()
     QCOMPARE(steps, QVector<bool>(5, true));
 }
 
-void TestDeepChain::clone_data()
+void tst_DeepChain::clone_data()
 {
     QTest::addColumn<Test::DefectList>("defects");
     QTest::addColumn<int>("cloneCount");
@@ -266,7 +266,7 @@ void TestDeepChain::clone_data()
     QTest::newRow("add-child to the leaf") << Test::DefectList{{CloneDefect::Kind::AddChild, leaf}} << Depth + 1 << 0;
 }
 
-void TestDeepChain::clone()
+void tst_DeepChain::clone()
 {
     QFETCH(Test::DefectList, defects);
     QFETCH(int, cloneCount);
@@ -299,5 +299,5 @@ void TestDeepChain::clone()
     QVERIFY(parentsInside);
 }
 
-QTEST_MAIN(TestDeepChain)
+QTEST_MAIN(tst_DeepChain)
 #include "tst_deepchain.moc"

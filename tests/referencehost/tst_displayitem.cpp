@@ -49,7 +49,7 @@ QStringList names(const DisplayItemList& items)
 
 } // namespace
 
-class TestDisplayItem : public QObject
+class tst_DisplayItem : public QObject
 {
     Q_OBJECT
 
@@ -82,7 +82,7 @@ private slots:
     void copyWithoutChildren();
 };
 
-void TestDisplayItem::eventsAreRaisedInsideTheCall_data()
+void tst_DisplayItem::eventsAreRaisedInsideTheCall_data()
 {
     QTest::addColumn<QString>("action");
     QTest::addColumn<RecordedEvent::Type>("type");
@@ -108,7 +108,7 @@ void TestDisplayItem::eventsAreRaisedInsideTheCall_data()
         << "notifyVisualPropertiesChanged" << T::VisualPropertiesChanged << QStringList{"root"} << "root(a,b)";
 }
 
-void TestDisplayItem::eventsAreRaisedInsideTheCall()
+void tst_DisplayItem::eventsAreRaisedInsideTheCall()
 {
     QFETCH(QString, action);
     QFETCH(RecordedEvent::Type, type);
@@ -171,7 +171,7 @@ void TestDisplayItem::eventsAreRaisedInsideTheCall()
     QCOMPARE(childObserver.total(), 0);
 }
 
-void TestDisplayItem::structure()
+void tst_DisplayItem::structure()
 {
     auto root = Test::buildTree({"root", {{"a", {{"a1"}, {"a2"}}}, {"b"}}});
     QCOMPARE(root->childCount(), std::size_t(2));
@@ -189,7 +189,7 @@ void TestDisplayItem::structure()
     QCOMPARE(a->childAt(1)->path(), std::string("root/a/a2"));
 }
 
-void TestDisplayItem::insertChildPositions_data()
+void tst_DisplayItem::insertChildPositions_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("shape");
@@ -198,7 +198,7 @@ void TestDisplayItem::insertChildPositions_data()
     QTest::newRow("end") << 2 << "root(a,b,new)";
 }
 
-void TestDisplayItem::insertChildPositions()
+void tst_DisplayItem::insertChildPositions()
 {
     QFETCH(int, index);
     QFETCH(QString, shape);
@@ -209,7 +209,7 @@ void TestDisplayItem::insertChildPositions()
     QCOMPARE(QString::fromStdString(Test::treeShape(root)), shape);
 }
 
-void TestDisplayItem::indexOfChildInAnyOrder_data()
+void tst_DisplayItem::indexOfChildInAnyOrder_data()
 {
     QTest::addColumn<QString>("order");
     QTest::addColumn<int>("removeEvery");
@@ -225,7 +225,7 @@ void TestDisplayItem::indexOfChildInAnyOrder_data()
     QTest::newRow("backwards, removing and inserting") << "backwards" << 2 << 5;
 }
 
-void TestDisplayItem::indexOfChildInAnyOrder()
+void tst_DisplayItem::indexOfChildInAnyOrder()
 {
     QFETCH(QString, order);
     QFETCH(int, removeEvery);
@@ -273,7 +273,7 @@ void TestDisplayItem::indexOfChildInAnyOrder()
     QCOMPARE(std::make_shared<DisplayItem>("empty")->indexOfChild(children.front().get()), -1);
 }
 
-void TestDisplayItem::removedChildrenLeaveNoTrace_data()
+void tst_DisplayItem::removedChildrenLeaveNoTrace_data()
 {
     QTest::addColumn<QList<int>>("removed");
 
@@ -286,7 +286,7 @@ void TestDisplayItem::removedChildrenLeaveNoTrace_data()
     QTest::newRow("all") << QList<int>{4, 0, 11, 1, 2, 3, 5, 6, 7, 8, 9, 10};
 }
 
-void TestDisplayItem::removedChildrenLeaveNoTrace()
+void tst_DisplayItem::removedChildrenLeaveNoTrace()
 {
     QFETCH(QList<int>, removed);
 
@@ -349,7 +349,7 @@ void TestDisplayItem::removedChildrenLeaveNoTrace()
     QCOMPARE(inserted->getParent(), static_cast<DisplayItemInterface*>(parent.get()));
 }
 
-void TestDisplayItem::movingAChildReparentsIt()
+void tst_DisplayItem::movingAChildReparentsIt()
 {
     auto root = Test::buildTree({"root", {{"a", {{"x"}}}, {"b"}}});
     const auto a = root->childAt(0);
@@ -375,7 +375,7 @@ void TestDisplayItem::movingAChildReparentsIt()
     QCOMPARE(QString::fromStdString(Test::treeShape(root)), QString("root(a,b(x))"));
 }
 
-void TestDisplayItem::invalidChildrenAreRefused()
+void tst_DisplayItem::invalidChildrenAreRefused()
 {
     auto root = Test::buildTree({"root", {{"a", {{"a1"}}}}});
     const auto a = root->childAt(0);
@@ -397,7 +397,7 @@ void TestDisplayItem::invalidChildrenAreRefused()
     QCOMPARE(observer.total(), 0);
 }
 
-void TestDisplayItem::removeChildResults()
+void tst_DisplayItem::removeChildResults()
 {
     auto root = Test::buildTree({"root", {{"a", {{"a1"}}}, {"b"}}});
     RecordingObserver observer;
@@ -418,7 +418,7 @@ void TestDisplayItem::removeChildResults()
     QCOMPARE(observer.events().front().items.front(), static_cast<const DisplayItemInterface*>(a.get()));
 }
 
-void TestDisplayItem::removeChildrenRaisesOneEvent()
+void tst_DisplayItem::removeChildrenRaisesOneEvent()
 {
     auto root = Test::buildTree({"root", {{"a"}, {"b"}, {"c"}}});
     RecordingObserver observer;
@@ -433,7 +433,7 @@ void TestDisplayItem::removeChildrenRaisesOneEvent()
     QCOMPARE(observer.total(), 1); // nothing removed, nothing raised
 }
 
-void TestDisplayItem::childrenLoseTheirParentWithIt()
+void tst_DisplayItem::childrenLoseTheirParentWithIt()
 {
     std::shared_ptr<DisplayItem> survivor;
     {
@@ -445,7 +445,7 @@ void TestDisplayItem::childrenLoseTheirParentWithIt()
     QCOMPARE(survivor->childAt(0)->parentItem(), survivor.get());
 }
 
-void TestDisplayItem::resourcesFollowKeepResources()
+void tst_DisplayItem::resourcesFollowKeepResources()
 {
     auto root = Test::buildTree({"root", {{"a", {{"a1"}}}, {"b"}}});
     const auto a = root->childAt(0);
@@ -460,7 +460,7 @@ void TestDisplayItem::resourcesFollowKeepResources()
     QVERIFY(!a->childAt(0)->resourcesReleased());
 }
 
-void TestDisplayItem::visibilityAndSelectionRaiseNothing()
+void tst_DisplayItem::visibilityAndSelectionRaiseNothing()
 {
     auto item = std::make_shared<DisplayItem>("item");
     RecordingObserver observer;
@@ -484,7 +484,7 @@ void TestDisplayItem::visibilityAndSelectionRaiseNothing()
     QCOMPARE(observer.total(), 0);
 }
 
-void TestDisplayItem::visualNotificationCount()
+void tst_DisplayItem::visualNotificationCount()
 {
     auto item = std::make_shared<DisplayItem>("item");
     QCOMPARE(item->visualNotificationCount(), 0);
@@ -494,7 +494,7 @@ void TestDisplayItem::visualNotificationCount()
     QCOMPARE(item->visualNotificationCount(), 2);
 }
 
-void TestDisplayItem::getPropertiesContents()
+void tst_DisplayItem::getPropertiesContents()
 {
     auto item = std::make_shared<DisplayItem>("item");
     item->setBusinessProperty("material", "DC04");
@@ -537,7 +537,7 @@ void TestDisplayItem::getPropertiesContents()
     QVERIFY(otherDisplay.front().second != display.front().second);
 }
 
-void TestDisplayItem::propertiesReplaceInPlace()
+void tst_DisplayItem::propertiesReplaceInPlace()
 {
     auto item = std::make_shared<DisplayItem>("item");
     item->setDisplayProperty("color", "red");
@@ -551,7 +551,7 @@ void TestDisplayItem::propertiesReplaceInPlace()
     QCOMPARE(item->businessProperties().size(), std::size_t(1));
 }
 
-void TestDisplayItem::bulkPropertiesAsSingleSets_data()
+void tst_DisplayItem::bulkPropertiesAsSingleSets_data()
 {
     QTest::addColumn<bool>("business");
     QTest::addColumn<QStringList>("existing");
@@ -575,7 +575,7 @@ void TestDisplayItem::bulkPropertiesAsSingleSets_data()
     }
 }
 
-void TestDisplayItem::bulkPropertiesAsSingleSets()
+void tst_DisplayItem::bulkPropertiesAsSingleSets()
 {
     QFETCH(bool, business);
     QFETCH(QStringList, existing);
@@ -604,7 +604,7 @@ void TestDisplayItem::bulkPropertiesAsSingleSets()
     QCOMPARE(observer.count(RecordedEvent::Type::PropertiesChanged), added.isEmpty() ? 0 : 1);
 }
 
-void TestDisplayItem::numberOfDisplayItems_data()
+void tst_DisplayItem::numberOfDisplayItems_data()
 {
     QTest::addColumn<QString>("which");
     QTest::addColumn<int>("expected");
@@ -613,7 +613,7 @@ void TestDisplayItem::numberOfDisplayItems_data()
     QTest::newRow("leaf") << "b1" << 1;
 }
 
-void TestDisplayItem::numberOfDisplayItems()
+void tst_DisplayItem::numberOfDisplayItems()
 {
     QFETCH(QString, which);
     QFETCH(int, expected);
@@ -623,7 +623,7 @@ void TestDisplayItem::numberOfDisplayItems()
     QCOMPARE(item->getNumberOfDisplayItems(), std::uint64_t(expected));
 }
 
-void TestDisplayItem::collectSubtreeIsPreOrder()
+void tst_DisplayItem::collectSubtreeIsPreOrder()
 {
     auto root = Test::buildTree({"root", {{"a", {{"a1", {}, false}, {"a2"}}, false}, {"b"}}});
     DisplayItemList hide;
@@ -636,7 +636,7 @@ void TestDisplayItem::collectSubtreeIsPreOrder()
     QCOMPARE(show.front().get(), static_cast<DisplayItemInterface*>(root->childAt(0).get()));
 }
 
-void TestDisplayItem::descriptionNamesTypeAndPath()
+void tst_DisplayItem::descriptionNamesTypeAndPath()
 {
     auto root = Test::buildTree({"Simulation", {{"Process", {{"OP10"}}}}});
     const auto op10 = root->findByDisplayName("OP10");
@@ -644,7 +644,7 @@ void TestDisplayItem::descriptionNamesTypeAndPath()
     QCOMPARE(root->getDescription(), std::string("DisplayItem \"Simulation\" at Simulation"));
 }
 
-void TestDisplayItem::copyWithoutChildren()
+void tst_DisplayItem::copyWithoutChildren()
 {
     auto root = Test::buildTree({"root", {{"a"}}});
     root->setVisible(false);
@@ -671,5 +671,5 @@ void TestDisplayItem::copyWithoutChildren()
     QCOMPARE(copy->displayProperties(), root->displayProperties());
 }
 
-QTEST_GUILESS_MAIN(TestDisplayItem)
+QTEST_GUILESS_MAIN(tst_DisplayItem)
 #include "tst_displayitem.moc"

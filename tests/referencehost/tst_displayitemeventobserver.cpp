@@ -11,7 +11,7 @@ using namespace Brennvik;
 using Brennvik::Test::RecordedEvent;
 using Brennvik::Test::RecordingObserver;
 
-class TestDisplayItemEventObserver : public QObject
+class tst_DisplayItemEventObserver : public QObject
 {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ private slots:
     void itemDestroyedDuringOwnEvent();
 };
 
-void TestDisplayItemEventObserver::emptyReferencesAreHarmless()
+void tst_DisplayItemEventObserver::emptyReferencesAreHarmless()
 {
     RecordingObserver observer;
     observer.registerToDisplayItem(nullptr);
@@ -58,7 +58,7 @@ void TestDisplayItemEventObserver::emptyReferencesAreHarmless()
     QCOMPARE(observer.total(), 0);
 }
 
-void TestDisplayItemEventObserver::registeringTwiceKeepsOneRegistration()
+void tst_DisplayItemEventObserver::registeringTwiceKeepsOneRegistration()
 {
     auto item = std::make_shared<DisplayItem>("item");
     RecordingObserver observer;
@@ -75,7 +75,7 @@ void TestDisplayItemEventObserver::registeringTwiceKeepsOneRegistration()
     QCOMPARE(observer.registrationCount(), std::size_t(0));
 }
 
-void TestDisplayItemEventObserver::unregisterStopsEvents()
+void tst_DisplayItemEventObserver::unregisterStopsEvents()
 {
     auto item = std::make_shared<DisplayItem>("item");
     RecordingObserver observer;
@@ -88,7 +88,7 @@ void TestDisplayItemEventObserver::unregisterStopsEvents()
     QCOMPARE(observer.events().front().names, std::vector<std::string>{"renamed"});
 }
 
-void TestDisplayItemEventObserver::destructorUnregistersFromLiveItems()
+void tst_DisplayItemEventObserver::destructorUnregistersFromLiveItems()
 {
     auto a = std::make_shared<DisplayItem>("a");
     auto b = std::make_shared<DisplayItem>("b");
@@ -114,7 +114,7 @@ void TestDisplayItemEventObserver::destructorUnregistersFromLiveItems()
     QCOMPARE(survivor.count(RecordedEvent::Type::VisualPropertiesChanged), 1);
 }
 
-void TestDisplayItemEventObserver::itemDestroyedBeforeObserver()
+void tst_DisplayItemEventObserver::itemDestroyedBeforeObserver()
 {
     RecordingObserver observer;
     {
@@ -127,7 +127,7 @@ void TestDisplayItemEventObserver::itemDestroyedBeforeObserver()
     QCOMPARE(observer.total(), 0);
 }
 
-void TestDisplayItemEventObserver::copyStartsUnregistered()
+void tst_DisplayItemEventObserver::copyStartsUnregistered()
 {
     auto item = std::make_shared<DisplayItem>("item");
     RecordingObserver original;
@@ -140,7 +140,7 @@ void TestDisplayItemEventObserver::copyStartsUnregistered()
     QCOMPARE(copy.total(), 0);
 }
 
-void TestDisplayItemEventObserver::assignmentKeepsOwnRegistrations()
+void tst_DisplayItemEventObserver::assignmentKeepsOwnRegistrations()
 {
     auto a = std::make_shared<DisplayItem>("a");
     auto b = std::make_shared<DisplayItem>("b");
@@ -162,7 +162,7 @@ void TestDisplayItemEventObserver::assignmentKeepsOwnRegistrations()
 // Three observers in registration order; during the first event the acting
 // observer unregisters the victim. Expected: how many events each received
 // after two notifications.
-void TestDisplayItemEventObserver::dispatchSurvivesUnregistration_data()
+void tst_DisplayItemEventObserver::dispatchSurvivesUnregistration_data()
 {
     QTest::addColumn<int>("actor");
     QTest::addColumn<int>("victim");
@@ -174,7 +174,7 @@ void TestDisplayItemEventObserver::dispatchSurvivesUnregistration_data()
     QTest::newRow("first removes the next") << 0 << 1 << QList<int>{2, 0, 2};
 }
 
-void TestDisplayItemEventObserver::dispatchSurvivesUnregistration()
+void tst_DisplayItemEventObserver::dispatchSurvivesUnregistration()
 {
     QFETCH(int, actor);
     QFETCH(int, victim);
@@ -202,7 +202,7 @@ void TestDisplayItemEventObserver::dispatchSurvivesUnregistration()
     QCOMPARE(item->observerCount(), std::size_t(2));
 }
 
-void TestDisplayItemEventObserver::dispatchSurvivesDestruction_data()
+void tst_DisplayItemEventObserver::dispatchSurvivesDestruction_data()
 {
     QTest::addColumn<int>("actor");
     QTest::addColumn<int>("victim");
@@ -214,7 +214,7 @@ void TestDisplayItemEventObserver::dispatchSurvivesDestruction_data()
     QTest::newRow("last destroys the first") << 2 << 0 << QList<int>{-1, 2, 2};
 }
 
-void TestDisplayItemEventObserver::dispatchSurvivesDestruction()
+void tst_DisplayItemEventObserver::dispatchSurvivesDestruction()
 {
     QFETCH(int, actor);
     QFETCH(int, victim);
@@ -253,7 +253,7 @@ void TestDisplayItemEventObserver::dispatchSurvivesDestruction()
     QCOMPARE(item->observerCount(), std::size_t(3));
 }
 
-void TestDisplayItemEventObserver::observerRegisteredDuringEventGetsNextEvent()
+void tst_DisplayItemEventObserver::observerRegisteredDuringEventGetsNextEvent()
 {
     auto item = std::make_shared<DisplayItem>("item");
     RecordingObserver first;
@@ -271,7 +271,7 @@ void TestDisplayItemEventObserver::observerRegisteredDuringEventGetsNextEvent()
     QCOMPARE(late.total(), 1);
 }
 
-void TestDisplayItemEventObserver::observerReRegisteredDuringEventIsNotCalledTwice()
+void tst_DisplayItemEventObserver::observerReRegisteredDuringEventIsNotCalledTwice()
 {
     // Unregister and register again during the same event: the new registration
     // starts with the next event, and the old one is gone.
@@ -291,7 +291,7 @@ void TestDisplayItemEventObserver::observerReRegisteredDuringEventIsNotCalledTwi
     QCOMPARE(flipper.total(), 1);
 }
 
-void TestDisplayItemEventObserver::itemDestroyedDuringOwnEvent_data()
+void tst_DisplayItemEventObserver::itemDestroyedDuringOwnEvent_data()
 {
     QTest::addColumn<QString>("trigger");
     QTest::newRow("visual properties") << "visual";
@@ -300,7 +300,7 @@ void TestDisplayItemEventObserver::itemDestroyedDuringOwnEvent_data()
     QTest::newRow("child removed") << "removed";
 }
 
-void TestDisplayItemEventObserver::itemDestroyedDuringOwnEvent()
+void tst_DisplayItemEventObserver::itemDestroyedDuringOwnEvent()
 {
     QFETCH(QString, trigger);
 
@@ -338,5 +338,5 @@ void TestDisplayItemEventObserver::itemDestroyedDuringOwnEvent()
     QCOMPARE(root->childCount(), std::size_t(0));
 }
 
-QTEST_GUILESS_MAIN(TestDisplayItemEventObserver)
+QTEST_GUILESS_MAIN(tst_DisplayItemEventObserver)
 #include "tst_displayitemeventobserver.moc"

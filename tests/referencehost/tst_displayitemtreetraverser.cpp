@@ -76,7 +76,7 @@ std::shared_ptr<DisplayItem> brokenTree(bool backLinks)
 
 } // namespace
 
-class TestDisplayItemTreeTraverser : public QObject
+class tst_DisplayItemTreeTraverser : public QObject
 {
     Q_OBJECT
 
@@ -89,7 +89,7 @@ private slots:
     void brokenTreesAreWalkedOnce();
 };
 
-void TestDisplayItemTreeTraverser::order_data()
+void tst_DisplayItemTreeTraverser::order_data()
 {
     QTest::addColumn<QString>("tree");
     QTest::addColumn<QStringList>("all");
@@ -109,7 +109,7 @@ void TestDisplayItemTreeTraverser::order_data()
                                 << QStringList{"deep", "1", "2", "3", "4"};
 }
 
-void TestDisplayItemTreeTraverser::order()
+void tst_DisplayItemTreeTraverser::order()
 {
     QFETCH(QString, tree);
     QFETCH(QStringList, all);
@@ -125,7 +125,7 @@ void TestDisplayItemTreeTraverser::order()
     QCOMPARE(drawn.names, visible);
 }
 
-void TestDisplayItemTreeTraverser::emptyRootVisitsNothing()
+void tst_DisplayItemTreeTraverser::emptyRootVisitsNothing()
 {
     NameCollector collector;
     DisplayItemTreeTraverser::process(nullptr, collector);
@@ -133,7 +133,7 @@ void TestDisplayItemTreeTraverser::emptyRootVisitsNothing()
     QVERIFY(collector.names.isEmpty());
 }
 
-void TestDisplayItemTreeTraverser::processorSeesSharedItems()
+void tst_DisplayItemTreeTraverser::processorSeesSharedItems()
 {
     // The processor receives the tree's own shared references.
     class IdentityCollector : public DisplayItemTreeTraverser::NodeProcessorInterface
@@ -151,7 +151,7 @@ void TestDisplayItemTreeTraverser::processorSeesSharedItems()
     QCOMPARE(root->childAt(1).use_count(), 3L); // the tree, the collector and the temporary of childAt
 }
 
-void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce_data()
+void tst_DisplayItemTreeTraverser::brokenTreesAreWalkedOnce_data()
 {
     QTest::addColumn<bool>("backLinks");
     QTest::newRow("empty children") << false;
@@ -160,7 +160,7 @@ void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce_data()
 
 // Empty children are skipped and links back to an ancestor are not followed,
 // by the traverser and by the key lookup alike.
-void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce()
+void tst_DisplayItemTreeTraverser::brokenTreesAreWalkedOnce()
 {
     QFETCH(bool, backLinks);
     const auto root = brokenTree(backLinks);
@@ -177,5 +177,5 @@ void TestDisplayItemTreeTraverser::brokenTreesAreWalkedOnce()
     QCOMPARE(lookup.findDisplayItem("missing"), std::shared_ptr<DisplayItemInterface>());
 }
 
-QTEST_GUILESS_MAIN(TestDisplayItemTreeTraverser)
+QTEST_GUILESS_MAIN(tst_DisplayItemTreeTraverser)
 #include "tst_displayitemtreetraverser.moc"

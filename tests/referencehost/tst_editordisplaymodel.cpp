@@ -17,7 +17,7 @@ public:
 
 } // namespace
 
-class TestEditorDisplayModel : public QObject
+class tst_EditorDisplayModel : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private slots:
     void primitiveNeedsAViewUpdater();
 };
 
-void TestEditorDisplayModel::primitivesRefreshThroughTheirModel()
+void tst_EditorDisplayModel::primitivesRefreshThroughTheirModel()
 {
     EditorDisplayModel model;
     const auto point = model.addEditModelPrimitive("Pick point 1");
@@ -44,7 +44,7 @@ void TestEditorDisplayModel::primitivesRefreshThroughTheirModel()
     QCOMPARE(model.viewUpdateCount(), 1);
 }
 
-void TestEditorDisplayModel::primitiveState_data()
+void tst_EditorDisplayModel::primitiveState_data()
 {
     QTest::addColumn<bool>("selectable");
     QTest::addColumn<bool>("selected");
@@ -54,7 +54,7 @@ void TestEditorDisplayModel::primitiveState_data()
     QTest::newRow("selected and hidden") << true << true << false;
 }
 
-void TestEditorDisplayModel::primitiveState()
+void tst_EditorDisplayModel::primitiveState()
 {
     QFETCH(bool, selectable);
     QFETCH(bool, selected);
@@ -75,7 +75,7 @@ void TestEditorDisplayModel::primitiveState()
     QCOMPARE(model.viewUpdateCount(), 0);
 }
 
-void TestEditorDisplayModel::primitiveProperties()
+void tst_EditorDisplayModel::primitiveProperties()
 {
     EditorDisplayModel model;
     const auto plane = model.addEditModelPrimitive("Cutting plane");
@@ -88,7 +88,7 @@ void TestEditorDisplayModel::primitiveProperties()
     QCOMPARE(properties, (PropertyList{{"before", "x"}, {"normal", "(1, 0, 0)"}, {"offset", "250.0 mm"}}));
 }
 
-void TestEditorDisplayModel::appendAndRemove()
+void tst_EditorDisplayModel::appendAndRemove()
 {
     EditorDisplayModel model;
     CountingUpdater otherUpdater;
@@ -110,7 +110,7 @@ void TestEditorDisplayModel::appendAndRemove()
     QVERIFY(model.getAllEditModelPrimitives().empty());
 }
 
-void TestEditorDisplayModel::updateViewsCountsAndCallsBack()
+void tst_EditorDisplayModel::updateViewsCountsAndCallsBack()
 {
     EditorDisplayModel model;
     QList<int> seen;
@@ -124,10 +124,10 @@ void TestEditorDisplayModel::updateViewsCountsAndCallsBack()
     QCOMPARE(seen.size(), 2);
 }
 
-void TestEditorDisplayModel::primitiveNeedsAViewUpdater()
+void tst_EditorDisplayModel::primitiveNeedsAViewUpdater()
 {
     QVERIFY_EXCEPTION_THROWN(EditorDisplayItem("orphan", nullptr), std::invalid_argument);
 }
 
-QTEST_GUILESS_MAIN(TestEditorDisplayModel)
+QTEST_GUILESS_MAIN(tst_EditorDisplayModel)
 #include "tst_editordisplaymodel.moc"

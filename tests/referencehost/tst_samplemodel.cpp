@@ -52,7 +52,7 @@ bool geometryModulesAreWellFormed(const DisplayItemList& items, int& modules)
 
 } // namespace
 
-class TestSampleModel : public QObject
+class tst_SampleModel : public QObject
 {
     Q_OBJECT
 
@@ -65,7 +65,7 @@ private slots:
     void syntheticIsReproducible();
 };
 
-void TestSampleModel::sampleSanity()
+void tst_SampleModel::sampleSanity()
 {
     const auto viewModel = buildSampleViewModel();
     const auto root = viewModel->displayModel().rootDisplayItem();
@@ -108,7 +108,7 @@ void TestSampleModel::sampleSanity()
              std::string("ShellItem \"Blank\" [Blank: DC04 1.20 mm] at Forming simulation/Part/Blank"));
 }
 
-void TestSampleModel::sampleInitialEntries()
+void tst_SampleModel::sampleInitialEntries()
 {
     const auto viewModel = buildSampleViewModel();
     const DisplayModel& model = *viewModel->getDisplayModel();
@@ -135,7 +135,7 @@ void TestSampleModel::sampleInitialEntries()
     QCOMPARE(entry->getDisplayName(), std::string("Blank"));
 }
 
-void TestSampleModel::sampleEditorAndLabels()
+void tst_SampleModel::sampleEditorAndLabels()
 {
     const auto viewModel = buildSampleViewModel();
     const EditorDisplayModel* editor = viewModel->getEditorDisplayModel();
@@ -161,7 +161,7 @@ void TestSampleModel::sampleEditorAndLabels()
         QVERIFY(std::dynamic_pointer_cast<LabelableDisplayItemInterface>(label));
 }
 
-void TestSampleModel::syntheticSizes_data()
+void tst_SampleModel::syntheticSizes_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<unsigned>("seed");
@@ -173,7 +173,7 @@ void TestSampleModel::syntheticSizes_data()
     QTest::newRow("ten thousand") << 10000 << 4u;
 }
 
-void TestSampleModel::syntheticSizes()
+void tst_SampleModel::syntheticSizes()
 {
     QFETCH(int, count);
     QFETCH(unsigned, seed);
@@ -210,7 +210,7 @@ void TestSampleModel::syntheticSizes()
     }
 }
 
-void TestSampleModel::syntheticIsReproducible()
+void tst_SampleModel::syntheticIsReproducible()
 {
     const auto first = buildSyntheticViewModel(500, 42);
     const auto again = buildSyntheticViewModel(500, 42);
@@ -220,5 +220,5 @@ void TestSampleModel::syntheticIsReproducible()
     QVERIFY(Test::treeLines(other->displayModel().rootDisplayItem()) != lines);
 }
 
-QTEST_GUILESS_MAIN(TestSampleModel)
+QTEST_GUILESS_MAIN(tst_SampleModel)
 #include "tst_samplemodel.moc"

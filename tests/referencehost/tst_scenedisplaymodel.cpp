@@ -27,7 +27,7 @@ bool allItemsHaveModel(const std::shared_ptr<DisplayItemInterface>& root, const 
 
 } // namespace
 
-class TestSceneDisplayModel : public QObject
+class tst_SceneDisplayModel : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private slots:
     void toolKeyLookup();
 };
 
-void TestSceneDisplayModel::emptyModel()
+void tst_SceneDisplayModel::emptyModel()
 {
     SceneDisplayModel model;
     QCOMPARE(model.getRootDisplayItem(), nullptr);
@@ -66,7 +66,7 @@ void TestSceneDisplayModel::emptyModel()
     model.doVisibilityUpdate();
 }
 
-void TestSceneDisplayModel::updateCounters_data()
+void tst_SceneDisplayModel::updateCounters_data()
 {
     QTest::addColumn<QList<int>>("kinds");   // -1: a visibility update
     QTest::addColumn<QList<int>>("perKind"); // counts of kinds 0, 1, 2
@@ -78,7 +78,7 @@ void TestSceneDisplayModel::updateCounters_data()
     QTest::newRow("mixed") << QList<int>{0, 2, -1, 2, 1, -1, 2} << QList<int>{1, 1, 3} << 2;
 }
 
-void TestSceneDisplayModel::updateCounters()
+void tst_SceneDisplayModel::updateCounters()
 {
     QFETCH(QList<int>, kinds);
     QFETCH(QList<int>, perKind);
@@ -105,7 +105,7 @@ void TestSceneDisplayModel::updateCounters()
     QVERIFY(!model.lastDisplayUpdateKind());
 }
 
-void TestSceneDisplayModel::callbackRunsAfterEachUpdate()
+void tst_SceneDisplayModel::callbackRunsAfterEachUpdate()
 {
     SceneDisplayModel model;
     QStringList calls;
@@ -126,7 +126,7 @@ void TestSceneDisplayModel::callbackRunsAfterEachUpdate()
     QCOMPARE(calls.size(), 3);
 }
 
-void TestSceneDisplayModel::rootAttachesTheTree()
+void tst_SceneDisplayModel::rootAttachesTheTree()
 {
     SceneDisplayModel model;
     auto root = Test::buildTree({"root", {{"a", {{"a1"}}}, {"b"}}});
@@ -139,7 +139,7 @@ void TestSceneDisplayModel::rootAttachesTheTree()
     QVERIFY(allItemsHaveModel(root, &model));
 }
 
-void TestSceneDisplayModel::attachedSubtreesFollowTheModel()
+void tst_SceneDisplayModel::attachedSubtreesFollowTheModel()
 {
     SceneDisplayModel model;
     auto root = Test::buildTree({"root", {{"a"}}});
@@ -154,7 +154,7 @@ void TestSceneDisplayModel::attachedSubtreesFollowTheModel()
     QVERIFY(allItemsHaveModel(root, &model));
 }
 
-void TestSceneDisplayModel::replacingTheRootDetachesTheOldTree()
+void tst_SceneDisplayModel::replacingTheRootDetachesTheOldTree()
 {
     SceneDisplayModel model;
     auto first = Test::buildTree({"first", {{"a"}}});
@@ -168,7 +168,7 @@ void TestSceneDisplayModel::replacingTheRootDetachesTheOldTree()
     QVERIFY(allItemsHaveModel(second, nullptr));
 }
 
-void TestSceneDisplayModel::destroyedModelDetachesItsTree()
+void tst_SceneDisplayModel::destroyedModelDetachesItsTree()
 {
     auto root = Test::buildTree({"root", {{"a"}}});
     {
@@ -179,7 +179,7 @@ void TestSceneDisplayModel::destroyedModelDetachesItsTree()
     QVERIFY(allItemsHaveModel(root, nullptr));
 }
 
-void TestSceneDisplayModel::invalidRootsAreRefused()
+void tst_SceneDisplayModel::invalidRootsAreRefused()
 {
     SceneDisplayModel model;
     SceneDisplayModel other;
@@ -191,7 +191,7 @@ void TestSceneDisplayModel::invalidRootsAreRefused()
     QVERIFY(allItemsHaveModel(root, &other));
 }
 
-void TestSceneDisplayModel::entryLookups()
+void tst_SceneDisplayModel::entryLookups()
 {
     SceneDisplayModel model;
     auto root = Test::buildTree({"root", {{"OP10"}, {"OP20"}, {"Blank"}}});
@@ -225,7 +225,7 @@ void TestSceneDisplayModel::entryLookups()
     QCOMPARE(model.getDefaultEntryOwner()->getEntryDisplayItem(), std::static_pointer_cast<DisplayItemInterface>(root));
 }
 
-void TestSceneDisplayModel::processStepProviderIndices_data()
+void tst_SceneDisplayModel::processStepProviderIndices_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("expected"); // empty: no item
@@ -236,7 +236,7 @@ void TestSceneDisplayModel::processStepProviderIndices_data()
     QTest::newRow("gone item") << 1 << "";
 }
 
-void TestSceneDisplayModel::processStepProviderIndices()
+void tst_SceneDisplayModel::processStepProviderIndices()
 {
     QFETCH(int, index);
     QFETCH(QString, expected);
@@ -250,7 +250,7 @@ void TestSceneDisplayModel::processStepProviderIndices()
     QCOMPARE(item ? QString::fromStdString(item->getDisplayName()) : QString(), expected);
 }
 
-void TestSceneDisplayModel::toolKeyLookup_data()
+void tst_SceneDisplayModel::toolKeyLookup_data()
 {
     QTest::addColumn<QString>("keyProperty");
     QTest::addColumn<QString>("key");
@@ -272,7 +272,7 @@ void TestSceneDisplayModel::toolKeyLookup_data()
                                        << "";
 }
 
-void TestSceneDisplayModel::toolKeyLookup()
+void tst_SceneDisplayModel::toolKeyLookup()
 {
     QFETCH(QString, keyProperty);
     QFETCH(QString, key);
@@ -287,5 +287,5 @@ void TestSceneDisplayModel::toolKeyLookup()
     QCOMPARE(item ? QString::fromStdString(item->getDisplayName()) : QString(), expected);
 }
 
-QTEST_GUILESS_MAIN(TestSceneDisplayModel)
+QTEST_GUILESS_MAIN(tst_SceneDisplayModel)
 #include "tst_scenedisplaymodel.moc"

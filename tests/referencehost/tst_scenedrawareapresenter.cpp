@@ -5,7 +5,7 @@
 
 using namespace Brennvik;
 
-class TestSceneDrawAreaPresenter : public QObject
+class tst_SceneDrawAreaPresenter : public QObject
 {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ private slots:
     void historyDoesNotKeepModelsAlive();
 };
 
-void TestSceneDrawAreaPresenter::startsEmpty()
+void tst_SceneDrawAreaPresenter::startsEmpty()
 {
     SceneDrawAreaPresenter presenter;
     QCOMPARE(presenter.getViewModel(), nullptr);
@@ -23,7 +23,7 @@ void TestSceneDrawAreaPresenter::startsEmpty()
     QVERIFY(presenter.shownHistory().empty());
 }
 
-void TestSceneDrawAreaPresenter::showViewModelRecordsAndCallsBack()
+void tst_SceneDrawAreaPresenter::showViewModelRecordsAndCallsBack()
 {
     SceneDrawAreaPresenter presenter;
     auto original = std::make_shared<SceneViewModel>();
@@ -51,7 +51,7 @@ void TestSceneDrawAreaPresenter::showViewModelRecordsAndCallsBack()
     QCOMPARE(history[2].lock(), nullptr);
 }
 
-void TestSceneDrawAreaPresenter::historyDoesNotKeepModelsAlive()
+void tst_SceneDrawAreaPresenter::historyDoesNotKeepModelsAlive()
 {
     SceneDrawAreaPresenter presenter;
     std::weak_ptr<ViewModelInterface> first;
@@ -66,5 +66,5 @@ void TestSceneDrawAreaPresenter::historyDoesNotKeepModelsAlive()
     QCOMPARE(presenter.showCount(), 2);
 }
 
-QTEST_GUILESS_MAIN(TestSceneDrawAreaPresenter)
+QTEST_GUILESS_MAIN(tst_SceneDrawAreaPresenter)
 #include "tst_scenedrawareapresenter.moc"

@@ -173,7 +173,7 @@ void applyByHand(CloneDefect::Kind kind, const std::shared_ptr<DisplayItem>& tar
 
 } // namespace
 
-class TestSceneViewModel : public QObject
+class tst_SceneViewModel : public QObject
 {
     Q_OBJECT
 
@@ -196,7 +196,7 @@ private slots:
     void defectFromCommandLine();
 };
 
-void TestSceneViewModel::emptyViewModel()
+void tst_SceneViewModel::emptyViewModel()
 {
     SceneViewModel viewModel;
     QVERIFY(viewModel.getDisplayModel());
@@ -220,7 +220,7 @@ void TestSceneViewModel::emptyViewModel()
     QCOMPARE(viewModel.getEditorDisplayModel(), nullptr);
 }
 
-void TestSceneViewModel::defaultCloneIsDeepAndEqual_data()
+void tst_SceneViewModel::defaultCloneIsDeepAndEqual_data()
 {
     QTest::addColumn<QString>("model");
     QTest::addColumn<bool>("shareGeometry");
@@ -230,7 +230,7 @@ void TestSceneViewModel::defaultCloneIsDeepAndEqual_data()
     QTest::newRow("synthetic") << "synthetic" << false;
 }
 
-void TestSceneViewModel::defaultCloneIsDeepAndEqual()
+void tst_SceneViewModel::defaultCloneIsDeepAndEqual()
 {
     QFETCH(QString, model);
     QFETCH(bool, shareGeometry);
@@ -273,7 +273,7 @@ void TestSceneViewModel::defaultCloneIsDeepAndEqual()
         QCOMPARE(item->getDisplayModel(), viewModel->getDisplayModel());
 }
 
-void TestSceneViewModel::cloneRepointsEntryLookups()
+void tst_SceneViewModel::cloneRepointsEntryLookups()
 {
     const auto viewModel = buildSampleViewModel();
     const auto clone = viewModel->cloneViewModel(false);
@@ -320,7 +320,7 @@ void TestSceneViewModel::cloneRepointsEntryLookups()
     QCOMPARE(secondClone->getDisplayModel()->getActiveContext(), std::static_pointer_cast<ActiveContext>(foreign));
 }
 
-void TestSceneViewModel::cloneCopiesEditorAndLabels()
+void tst_SceneViewModel::cloneCopiesEditorAndLabels()
 {
     const auto viewModel = buildSampleViewModel();
     const auto clone = viewModel->cloneViewModel(false);
@@ -356,7 +356,7 @@ void TestSceneViewModel::cloneCopiesEditorAndLabels()
         QCOMPARE(item->getDisplayModel(), clone->getLabelDisplayModel());
 }
 
-void TestSceneViewModel::cloneHasNoObserversViewOrDefects()
+void tst_SceneViewModel::cloneHasNoObserversViewOrDefects()
 {
     const auto viewModel = buildDefectViewModel();
     const auto root = rootOf(*viewModel);
@@ -379,7 +379,7 @@ void TestSceneViewModel::cloneHasNoObserversViewOrDefects()
     QCOMPARE(clone->cloneCount(), 1);
 }
 
-void TestSceneViewModel::eachDefectMakesExactlyItsDifference_data()
+void tst_SceneViewModel::eachDefectMakesExactlyItsDifference_data()
 {
     QTest::addColumn<CloneDefect::Kind>("kind");
     QTest::addColumn<QString>("target");
@@ -406,7 +406,7 @@ void TestSceneViewModel::eachDefectMakesExactlyItsDifference_data()
     QTest::newRow("drop a geometry entry") << K::DropGeometryEntry << "Module" << 0;
 }
 
-void TestSceneViewModel::eachDefectMakesExactlyItsDifference()
+void tst_SceneViewModel::eachDefectMakesExactlyItsDifference()
 {
     QFETCH(CloneDefect::Kind, kind);
     QFETCH(QString, target);
@@ -463,7 +463,7 @@ void TestSceneViewModel::eachDefectMakesExactlyItsDifference()
     QCOMPARE(Test::treeLines(root), originalLines);
 }
 
-void TestSceneViewModel::defectsCombine()
+void tst_SceneViewModel::defectsCombine()
 {
     const auto viewModel = buildDefectViewModel();
     const auto expected = rootOf(*viewModel->cloneSceneViewModel(false));
@@ -480,7 +480,7 @@ void TestSceneViewModel::defectsCombine()
     QCOMPARE(Test::treeLines(defective), Test::treeLines(expected));
 }
 
-void TestSceneViewModel::repeatedChildLeavesReferencesOnFirstCopy()
+void tst_SceneViewModel::repeatedChildLeavesReferencesOnFirstCopy()
 {
     const auto viewModel = buildDefectViewModel();
     viewModel->setCloneDefects({CloneDefect{CloneDefect::Kind::RepeatChild, "Surface 1", {}, {}}});
@@ -503,7 +503,7 @@ void TestSceneViewModel::repeatedChildLeavesReferencesOnFirstCopy()
     QCOMPARE(listed.at(1), std::shared_ptr<DisplayItemInterface>(geometry->childAt(2)));
 }
 
-void TestSceneViewModel::unappliedDefectsAreReported_data()
+void tst_SceneViewModel::unappliedDefectsAreReported_data()
 {
     QTest::addColumn<CloneDefect::Kind>("kind");
     QTest::addColumn<QString>("target");
@@ -540,7 +540,7 @@ void TestSceneViewModel::unappliedDefectsAreReported_data()
                                                     << "";
 }
 
-void TestSceneViewModel::unappliedDefectsAreReported()
+void tst_SceneViewModel::unappliedDefectsAreReported()
 {
     QFETCH(CloneDefect::Kind, kind);
     QFETCH(QString, target);
@@ -567,7 +567,7 @@ void TestSceneViewModel::unappliedDefectsAreReported()
     }
 }
 
-void TestSceneViewModel::defectNames_data()
+void tst_SceneViewModel::defectNames_data()
 {
     QTest::addColumn<CloneDefect::Kind>("kind");
     QTest::addColumn<QString>("name");
@@ -582,7 +582,7 @@ void TestSceneViewModel::defectNames_data()
     QTest::newRow("drop-geometry-entry") << K::DropGeometryEntry << "drop-geometry-entry";
 }
 
-void TestSceneViewModel::defectNames()
+void tst_SceneViewModel::defectNames()
 {
     QFETCH(CloneDefect::Kind, kind);
     QFETCH(QString, name);
@@ -591,7 +591,7 @@ void TestSceneViewModel::defectNames()
     QCOMPARE(CloneDefect::kindFromString(name.toUpper().toStdString()), std::optional<CloneDefect::Kind>());
 }
 
-void TestSceneViewModel::defectFromCommandLine_data()
+void tst_SceneViewModel::defectFromCommandLine_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("valid");
@@ -608,7 +608,7 @@ void TestSceneViewModel::defectFromCommandLine_data()
     QTest::newRow("empty") << "" << false << K::DropChild << "";
 }
 
-void TestSceneViewModel::defectFromCommandLine()
+void tst_SceneViewModel::defectFromCommandLine()
 {
     QFETCH(QString, text);
     QFETCH(bool, valid);
@@ -623,5 +623,5 @@ void TestSceneViewModel::defectFromCommandLine()
     }
 }
 
-QTEST_GUILESS_MAIN(TestSceneViewModel)
+QTEST_GUILESS_MAIN(tst_SceneViewModel)
 #include "tst_sceneviewmodel.moc"

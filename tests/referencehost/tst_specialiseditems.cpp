@@ -34,7 +34,7 @@ PropertyList displayProperties(const DisplayItemInterface& item)
 
 } // namespace
 
-class TestSpecialisedItems : public QObject
+class tst_SpecialisedItems : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private slots:
     void labelSettersRaisePropertiesChanged();
 };
 
-void TestSpecialisedItems::typeProperties_data()
+void tst_SpecialisedItems::typeProperties_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QStringList>("expected"); // display list after the pointer, as name=value
@@ -66,7 +66,7 @@ void TestSpecialisedItems::typeProperties_data()
     QTest::newRow("LabelableItem") << "LabelableItem" << QStringList{"display item type=LabelableItem", "color=red"};
 }
 
-void TestSpecialisedItems::typeProperties()
+void tst_SpecialisedItems::typeProperties()
 {
     QFETCH(QString, type);
     QFETCH(QStringList, expected);
@@ -83,7 +83,7 @@ void TestSpecialisedItems::typeProperties()
     QCOMPARE(actual, expected);
 }
 
-void TestSpecialisedItems::copiesKeepTheirType_data()
+void tst_SpecialisedItems::copiesKeepTheirType_data()
 {
     QTest::addColumn<QString>("type");
     QTest::newRow("DisplayItem") << "DisplayItem";
@@ -92,7 +92,7 @@ void TestSpecialisedItems::copiesKeepTheirType_data()
     QTest::newRow("LabelableItem") << "LabelableItem";
 }
 
-void TestSpecialisedItems::copiesKeepTheirType()
+void tst_SpecialisedItems::copiesKeepTheirType()
 {
     QFETCH(QString, type);
     const auto item = makeItem(type);
@@ -112,7 +112,7 @@ void TestSpecialisedItems::copiesKeepTheirType()
     }
 }
 
-void TestSpecialisedItems::shellTypeAndName()
+void tst_SpecialisedItems::shellTypeAndName()
 {
     auto shell = std::make_shared<ShellItem>("Blank", "Blank", "DC04 1.20 mm");
     std::shared_ptr<DisplayItemInterface> asInterface = shell;
@@ -127,7 +127,7 @@ void TestSpecialisedItems::shellTypeAndName()
     QCOMPARE(dynamic_cast<const ShellDisplayItem*>(plain.get()), nullptr);
 }
 
-void TestSpecialisedItems::geometryList()
+void tst_SpecialisedItems::geometryList()
 {
     auto module = std::make_shared<GeometryModuleItem>("Module");
     auto geometry = std::make_shared<DisplayItem>("Geometry");
@@ -159,7 +159,7 @@ void TestSpecialisedItems::geometryList()
     QVERIFY(module->getGeometryDisplayItems().empty());
 }
 
-void TestSpecialisedItems::geometryListDropsGoneItems()
+void tst_SpecialisedItems::geometryListDropsGoneItems()
 {
     auto module = std::make_shared<GeometryModuleItem>("Module");
     auto kept = std::make_shared<DisplayItem>("kept");
@@ -171,7 +171,7 @@ void TestSpecialisedItems::geometryListDropsGoneItems()
     QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{kept}));
 }
 
-void TestSpecialisedItems::geometryListDuplicatesAfterChanges()
+void tst_SpecialisedItems::geometryListDuplicatesAfterChanges()
 {
     auto module = std::make_shared<GeometryModuleItem>("Module");
     auto a = std::make_shared<DisplayItem>("a");
@@ -207,7 +207,7 @@ void TestSpecialisedItems::geometryListDuplicatesAfterChanges()
     QCOMPARE(module->getGeometryDisplayItems(), (DisplayItemList{c}));
 }
 
-void TestSpecialisedItems::geometryListRemapping()
+void tst_SpecialisedItems::geometryListRemapping()
 {
     auto module = std::make_shared<GeometryModuleItem>("Module");
     auto copied = std::make_shared<DisplayItem>("copied");
@@ -235,7 +235,7 @@ void TestSpecialisedItems::geometryListRemapping()
     QCOMPARE(module->getGeometryDisplayItems().size(), std::size_t(3));
 }
 
-void TestSpecialisedItems::labelSettersRaisePropertiesChanged()
+void tst_SpecialisedItems::labelSettersRaisePropertiesChanged()
 {
     auto label = std::make_shared<LabelableItem>("MP 01", "old", false);
     RecordingObserver observer;
@@ -251,5 +251,5 @@ void TestSpecialisedItems::labelSettersRaisePropertiesChanged()
     QCOMPARE(viaCast->getLabel(), std::string("t = 1.05 mm"));
 }
 
-QTEST_GUILESS_MAIN(TestSpecialisedItems)
+QTEST_GUILESS_MAIN(tst_SpecialisedItems)
 #include "tst_specialiseditems.moc"

@@ -9,7 +9,7 @@
 
 using namespace Brennvik;
 
-class TestApplicationWindow : public QObject
+class tst_ApplicationWindow : public QObject
 {
     Q_OBJECT
 
@@ -21,13 +21,13 @@ private slots:
     void devicePixelRatio();
 };
 
-void TestApplicationWindow::noWindowAtAll()
+void tst_ApplicationWindow::noWindowAtAll()
 {
     QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
     QCOMPARE(getWindow(), static_cast<QWindow*>(nullptr));
 }
 
-void TestApplicationWindow::fallsBackToAShownWindow()
+void tst_ApplicationWindow::fallsBackToAShownWindow()
 {
     QWidget hidden;
     hidden.winId(); // a window that exists but is not shown
@@ -45,7 +45,7 @@ void TestApplicationWindow::fallsBackToAShownWindow()
         QCOMPARE(getWindow(), shown.windowHandle());
 }
 
-void TestApplicationWindow::registeredWindowWins()
+void tst_ApplicationWindow::registeredWindowWins()
 {
     QWidget main;
     main.winId();
@@ -59,7 +59,7 @@ void TestApplicationWindow::registeredWindowWins()
     QVERIFY(getWindow() != main.windowHandle());
 }
 
-void TestApplicationWindow::registeredWindowIsForgottenWhenDestroyed()
+void tst_ApplicationWindow::registeredWindowIsForgottenWhenDestroyed()
 {
     auto window = std::make_unique<QWindow>();
     setApplicationWindow(window.get());
@@ -68,7 +68,7 @@ void TestApplicationWindow::registeredWindowIsForgottenWhenDestroyed()
     QCOMPARE(getWindow(), static_cast<QWindow*>(nullptr));
 }
 
-void TestApplicationWindow::devicePixelRatio()
+void tst_ApplicationWindow::devicePixelRatio()
 {
     QCOMPARE(getDevicePixelRatio(nullptr), qApp->devicePixelRatio());
     QWidget widget;
@@ -78,5 +78,5 @@ void TestApplicationWindow::devicePixelRatio()
     QVERIFY(getDevicePixelRatio(widget.windowHandle()) > 0.0);
 }
 
-QTEST_MAIN(TestApplicationWindow)
+QTEST_MAIN(tst_ApplicationWindow)
 #include "tst_applicationwindow.moc"

@@ -71,7 +71,7 @@ QImage renderIcon(const QString& path)
 
 } // namespace
 
-class TestBKWidgets : public QObject
+class tst_BKWidgets : public QObject
 {
     Q_OBJECT
 
@@ -95,7 +95,7 @@ private slots:
     void iconsDiffer();
 };
 
-void TestBKWidgets::defaultStatusIsNormal_data()
+void tst_BKWidgets::defaultStatusIsNormal_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::newRow("BKLabel") << "label";
@@ -104,7 +104,7 @@ void TestBKWidgets::defaultStatusIsNormal_data()
     QTest::newRow("BKListWidget") << "list";
 }
 
-void TestBKWidgets::defaultStatusIsNormal()
+void tst_BKWidgets::defaultStatusIsNormal()
 {
     QFETCH(QString, kind);
     const std::unique_ptr<QWidget> widget = makeKitWidget(kind);
@@ -119,7 +119,7 @@ void TestBKWidgets::defaultStatusIsNormal()
     QCOMPARE(kit->getStatusWidget(), widget.get());
 }
 
-void TestBKWidgets::statusRoundTrip_data()
+void tst_BKWidgets::statusRoundTrip_data()
 {
     QTest::addColumn<int>("status");
     QTest::newRow("modified") << int(BKWidgetStatus::Modified);
@@ -129,7 +129,7 @@ void TestBKWidgets::statusRoundTrip_data()
                                 | BKWidgetStatus::ReadOnly | BKWidgetStatus::Highlighted);
 }
 
-void TestBKWidgets::statusRoundTrip()
+void tst_BKWidgets::statusRoundTrip()
 {
     QFETCH(int, status);
     const auto flags = BKWidgetStatus::Statuses(status);
@@ -152,7 +152,7 @@ void TestBKWidgets::statusRoundTrip()
     QCOMPARE(button.property("bkStatus").toInt(), 0);
 }
 
-void TestBKWidgets::singleFlagsAddAndRemove()
+void tst_BKWidgets::singleFlagsAddAndRemove()
 {
     CountingButton button(nullptr);
     button.setBkStatus(BKWidgetStatus::Warning, true);
@@ -168,7 +168,7 @@ void TestBKWidgets::singleFlagsAddAndRemove()
     QCOMPARE(button.changes, 3);
 }
 
-void TestBKWidgets::statusColours()
+void tst_BKWidgets::statusColours()
 {
     QVERIFY(!QColor(BKWidgetInterface::statusColorName(BKWidgetStatus::Normal)).isValid());
 
@@ -189,7 +189,7 @@ void TestBKWidgets::statusColours()
              QColor(BKWidgetInterface::statusColorName(BKWidgetStatus::Warning)));
 }
 
-void TestBKWidgets::statusTintsTextAndRestoresIt()
+void tst_BKWidgets::statusTintsTextAndRestoresIt()
 {
     BKPushButton button(nullptr);
     const QColor natural = button.palette().color(QPalette::Active, QPalette::ButtonText);
@@ -204,7 +204,7 @@ void TestBKWidgets::statusTintsTextAndRestoresIt()
     QCOMPARE(button.palette().color(QPalette::Active, QPalette::ButtonText), natural);
 }
 
-void TestBKWidgets::readOnlyCheckBoxIgnoresInput_data()
+void tst_BKWidgets::readOnlyCheckBoxIgnoresInput_data()
 {
     QTest::addColumn<bool>("readOnly");
     QTest::addColumn<QString>("input");
@@ -217,7 +217,7 @@ void TestBKWidgets::readOnlyCheckBoxIgnoresInput_data()
     QTest::newRow("read-only, double click") << true << "double click" << false;
 }
 
-void TestBKWidgets::readOnlyCheckBoxIgnoresInput()
+void tst_BKWidgets::readOnlyCheckBoxIgnoresInput()
 {
     QFETCH(bool, readOnly);
     QFETCH(QString, input);
@@ -253,7 +253,7 @@ void TestBKWidgets::readOnlyCheckBoxIgnoresInput()
     QCOMPARE(box.isChecked(), !before);
 }
 
-void TestBKWidgets::labelToolTipWhenElided()
+void tst_BKWidgets::labelToolTipWhenElided()
 {
     const QString text = QStringLiteral("A label text far too long for the narrow label it is shown in");
     BKLabel label(nullptr);
@@ -282,7 +282,7 @@ void TestBKWidgets::labelToolTipWhenElided()
     QVERIFY(label.toolTip().isEmpty());
 }
 
-void TestBKWidgets::labelKeepsCallersToolTip()
+void tst_BKWidgets::labelKeepsCallersToolTip()
 {
     BKLabel label(nullptr);
     label.setText(QStringLiteral("Another text that does not fit into the label"));
@@ -296,7 +296,7 @@ void TestBKWidgets::labelKeepsCallersToolTip()
     QCOMPARE(label.toolTip(), QString("caller's tip"));
 }
 
-void TestBKWidgets::labelSizeHintHasRoomForBar()
+void tst_BKWidgets::labelSizeHintHasRoomForBar()
 {
     const QString text = QStringLiteral("Clone differences");
     QLabel plain(text);
@@ -311,7 +311,7 @@ void TestBKWidgets::labelSizeHintHasRoomForBar()
     QCOMPARE(label.sizeHint().width() - plain.sizeHint().width(), room);
 }
 
-void TestBKWidgets::labelPaintsStatusBar()
+void tst_BKWidgets::labelPaintsStatusBar()
 {
     BKLabel label(nullptr);
     label.setText(QStringLiteral("Status"));
@@ -328,7 +328,7 @@ void TestBKWidgets::labelPaintsStatusBar()
     QVERIFY(label.palette().color(QPalette::Active, QPalette::WindowText) != error);
 }
 
-void TestBKWidgets::listSizeHintFollowsRows()
+void tst_BKWidgets::listSizeHintFollowsRows()
 {
     BKListWidget list(nullptr);
     const QSize empty = list.sizeHint();
@@ -365,7 +365,7 @@ void TestBKWidgets::listSizeHintFollowsRows()
     QCOMPARE(list.sizeHint().height(), empty.height());
 }
 
-void TestBKWidgets::icons_data()
+void tst_BKWidgets::icons_data()
 {
     QTest::addColumn<QString>("path");
     for (const char* name : {"visible", "visible_duplicate", "visible_different", "not_visible"}) {
@@ -374,7 +374,7 @@ void TestBKWidgets::icons_data()
     }
 }
 
-void TestBKWidgets::icons()
+void tst_BKWidgets::icons()
 {
     QFETCH(QString, path);
     QVERIFY(QFile(path).exists());
@@ -387,7 +387,7 @@ void TestBKWidgets::icons()
     QVERIFY(hasVisiblePixels(image));
 }
 
-void TestBKWidgets::iconsDiffer()
+void tst_BKWidgets::iconsDiffer()
 {
     const QStringList names{"visible", "visible_duplicate", "visible_different", "not_visible"};
     QVector<QImage> images;
@@ -399,5 +399,5 @@ void TestBKWidgets::iconsDiffer()
     }
 }
 
-QTEST_MAIN(TestBKWidgets)
+QTEST_MAIN(tst_BKWidgets)
 #include "tst_bkwidgets.moc"

@@ -107,7 +107,7 @@ protected:
 
 } // namespace
 
-class TestTreeViewContextMenu : public QObject
+class tst_TreeViewContextMenu : public QObject
 {
     Q_OBJECT
 
@@ -138,7 +138,7 @@ private:
     QAction m_notChosen{QStringLiteral("not chosen")};
 };
 
-void TestTreeViewContextMenu::init()
+void tst_TreeViewContextMenu::init()
 {
     m_tree = new QTreeWidget;
     m_tree->setColumnCount(3);
@@ -154,19 +154,19 @@ void TestTreeViewContextMenu::init()
     QGuiApplication::clipboard()->clear();
 }
 
-void TestTreeViewContextMenu::cleanup()
+void tst_TreeViewContextMenu::cleanup()
 {
     delete m_tree;
     m_tree = nullptr;
 }
 
-QTreeWidgetItem* TestTreeViewContextMenu::item(const QString& text) const
+QTreeWidgetItem* tst_TreeViewContextMenu::item(const QString& text) const
 {
     const QList<QTreeWidgetItem*> found = m_tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive);
     return found.isEmpty() ? nullptr : found.first();
 }
 
-QPoint TestTreeViewContextMenu::pointOn(const QString& text, int column) const
+QPoint tst_TreeViewContextMenu::pointOn(const QString& text, int column) const
 {
     QTreeWidgetItem* row = item(text);
     if (!row)
@@ -176,7 +176,7 @@ QPoint TestTreeViewContextMenu::pointOn(const QString& text, int column) const
     return QPoint(m_tree->header()->sectionViewportPosition(column) + 4, rect.center().y());
 }
 
-void TestTreeViewContextMenu::entriesInOrderAndCallerActionFires_data()
+void tst_TreeViewContextMenu::entriesInOrderAndCallerActionFires_data()
 {
     QTest::addColumn<QString>("entry");
     QTest::addColumn<int>("expectedResult");
@@ -187,7 +187,7 @@ void TestTreeViewContextMenu::entriesInOrderAndCallerActionFires_data()
     QTest::newRow("trailing action") << "Trailing" << 7;
 }
 
-void TestTreeViewContextMenu::entriesInOrderAndCallerActionFires()
+void tst_TreeViewContextMenu::entriesInOrderAndCallerActionFires()
 {
     QFETCH(QString, entry);
     QFETCH(int, expectedResult);
@@ -217,7 +217,7 @@ void TestTreeViewContextMenu::entriesInOrderAndCallerActionFires()
     QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
 }
 
-void TestTreeViewContextMenu::contextIndexIsColumnZeroOfTheRow()
+void tst_TreeViewContextMenu::contextIndexIsColumnZeroOfTheRow()
 {
     TreeViewContextMenu menu(m_tree, pointOn("Other", 2));
     QCOMPARE(menu.contextIndex().data().toString(), QString("Other"));
@@ -227,7 +227,7 @@ void TestTreeViewContextMenu::contextIndexIsColumnZeroOfTheRow()
     QVERIFY(!nowhere.contextIndex().isValid());
 }
 
-void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard_data()
+void tst_TreeViewContextMenu::copyPutsSubtreeOnClipboard_data()
 {
     QTest::addColumn<QString>("row");
     QTest::addColumn<QString>("expected");
@@ -245,7 +245,7 @@ void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard_data()
                           << "Grand A1\tg1\tg2";
 }
 
-void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard()
+void tst_TreeViewContextMenu::copyPutsSubtreeOnClipboard()
 {
     QFETCH(QString, row);
     QFETCH(QString, expected);
@@ -261,12 +261,12 @@ void TestTreeViewContextMenu::copyPutsSubtreeOnClipboard()
     QCOMPARE(TreeViewContextMenu::subtreeAsText(menu.contextIndex()), expected);
 }
 
-void TestTreeViewContextMenu::subtreeAsTextOfInvalidIndexIsEmpty()
+void tst_TreeViewContextMenu::subtreeAsTextOfInvalidIndexIsEmpty()
 {
     QVERIFY(TreeViewContextMenu::subtreeAsText(QModelIndex()).isNull());
 }
 
-void TestTreeViewContextMenu::expandRecursivelyExpandsWholeSubtree()
+void tst_TreeViewContextMenu::expandRecursivelyExpandsWholeSubtree()
 {
     m_tree->collapseAll();
     TreeViewContextMenu menu(m_tree, pointOn("Root"));
@@ -280,7 +280,7 @@ void TestTreeViewContextMenu::expandRecursivelyExpandsWholeSubtree()
     QVERIFY(!item("Other")->isExpanded()); // outside the subtree
 }
 
-void TestTreeViewContextMenu::collapseAllCollapsesEveryRow()
+void tst_TreeViewContextMenu::collapseAllCollapsesEveryRow()
 {
     m_tree->expandAll();
     QVERIFY(item("Child A")->isExpanded());
@@ -292,14 +292,14 @@ void TestTreeViewContextMenu::collapseAllCollapsesEveryRow()
         QVERIFY2(!item(row)->isExpanded(), qPrintable(row));
 }
 
-void TestTreeViewContextMenu::dismissingChoosesNothing_data()
+void tst_TreeViewContextMenu::dismissingChoosesNothing_data()
 {
     QTest::addColumn<bool>("byEscape");
     QTest::newRow("escape key") << true;
     QTest::newRow("closed") << false;
 }
 
-void TestTreeViewContextMenu::dismissingChoosesNothing()
+void tst_TreeViewContextMenu::dismissingChoosesNothing()
 {
     QFETCH(bool, byEscape);
 
@@ -317,7 +317,7 @@ void TestTreeViewContextMenu::dismissingChoosesNothing()
     QVERIFY(!item("Root")->isExpanded());
 }
 
-void TestTreeViewContextMenu::emptySpaceDisablesRowEntries()
+void tst_TreeViewContextMenu::emptySpaceDisablesRowEntries()
 {
     m_tree->expandAll();
     const QPoint below(10, m_tree->viewport()->height() - 5);
@@ -334,7 +334,7 @@ void TestTreeViewContextMenu::emptySpaceDisablesRowEntries()
     QVERIFY(!item("Root")->isExpanded());
 }
 
-void TestTreeViewContextMenu::subclassShapesBuiltInEntries()
+void tst_TreeViewContextMenu::subclassShapesBuiltInEntries()
 {
     QAction callerAction("Caller");
     CustomisedMenu menu(m_tree, pointOn("Root"));
@@ -356,7 +356,7 @@ void TestTreeViewContextMenu::subclassShapesBuiltInEntries()
     QVERIFY(item("Child A")->isExpanded());
 }
 
-void TestTreeViewContextMenu::callerActionsOutliveTheMenu()
+void tst_TreeViewContextMenu::callerActionsOutliveTheMenu()
 {
     auto* callerAction = new QAction("Caller", m_tree);
     QPointer<QAction> guard(callerAction);
@@ -374,7 +374,7 @@ void TestTreeViewContextMenu::callerActionsOutliveTheMenu()
     QCOMPARE(m_tree->findChildren<QMenu*>().size(), menusBefore);
 }
 
-void TestTreeViewContextMenu::viewDeletedWhileOpen()
+void tst_TreeViewContextMenu::viewDeletedWhileOpen()
 {
     QAction callerAction("Caller");
     QSignalSpy spy(&callerAction, &QAction::triggered);
@@ -398,5 +398,5 @@ void TestTreeViewContextMenu::viewDeletedWhileOpen()
     delete menu;
 }
 
-QTEST_MAIN(TestTreeViewContextMenu)
+QTEST_MAIN(tst_TreeViewContextMenu)
 #include "tst_treeviewcontextmenu.moc"

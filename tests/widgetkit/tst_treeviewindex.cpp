@@ -112,7 +112,7 @@ void verifyAgainstReference(const QAbstractItemView* view)
 
 } // namespace
 
-class TestTreeViewIndex : public QObject
+class tst_TreeViewIndex : public QObject
 {
     Q_OBJECT
 
@@ -132,14 +132,14 @@ private slots:
     void deepAndWideTrees();
 };
 
-void TestTreeViewIndex::roundTripStandardModel_data()
+void tst_TreeViewIndex::roundTripStandardModel_data()
 {
     QTest::addColumn<bool>("expanded");
     QTest::newRow("collapsed") << false;
     QTest::newRow("expanded") << true;
 }
 
-void TestTreeViewIndex::roundTripStandardModel()
+void tst_TreeViewIndex::roundTripStandardModel()
 {
     QFETCH(bool, expanded);
     QStandardItemModel model;
@@ -155,7 +155,7 @@ void TestTreeViewIndex::roundTripStandardModel()
     verifyAgainstReference(&view);
 }
 
-void TestTreeViewIndex::roundTripTreeWidget()
+void tst_TreeViewIndex::roundTripTreeWidget()
 {
     ItemTree tree;
     fillTreeWidget(tree, 3);
@@ -174,7 +174,7 @@ void TestTreeViewIndex::roundTripTreeWidget()
     QCOMPARE(position, shape().size());
 }
 
-void TestTreeViewIndex::anyColumnNamesItsRow()
+void tst_TreeViewIndex::anyColumnNamesItsRow()
 {
     QStandardItemModel model;
     fillStandardModel(model);
@@ -191,7 +191,7 @@ void TestTreeViewIndex::anyColumnNamesItsRow()
     }
 }
 
-void TestTreeViewIndex::exactPositions_data()
+void tst_TreeViewIndex::exactPositions_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("name");
@@ -215,7 +215,7 @@ void TestTreeViewIndex::exactPositions_data()
                               << "D" << 12;
 }
 
-void TestTreeViewIndex::exactPositions()
+void tst_TreeViewIndex::exactPositions()
 {
     QFETCH(QString, path);
     QFETCH(QString, name);
@@ -233,7 +233,7 @@ void TestTreeViewIndex::exactPositions()
     QCOMPARE(indexFromDFSIdx(&view, position).data().toString(), name);
 }
 
-void TestTreeViewIndex::sameShapeGivesSamePositions()
+void tst_TreeViewIndex::sameShapeGivesSamePositions()
 {
     // Different texts, column counts, models and expansion; the same shape.
     QTreeWidget original;
@@ -258,7 +258,7 @@ void TestTreeViewIndex::sameShapeGivesSamePositions()
     }
 }
 
-void TestTreeViewIndex::invalidIndexGivesMinusOne()
+void tst_TreeViewIndex::invalidIndexGivesMinusOne()
 {
     QStandardItemModel model;
     fillStandardModel(model);
@@ -277,7 +277,7 @@ void TestTreeViewIndex::invalidIndexGivesMinusOne()
     QVERIFY(!indexFromDFSIdx(&viewWithoutModel, 0).isValid());
 }
 
-void TestTreeViewIndex::outOfRangeGivesInvalidIndex_data()
+void tst_TreeViewIndex::outOfRangeGivesInvalidIndex_data()
 {
     QTest::addColumn<int>("position");
     QTest::newRow("minus one") << -1;
@@ -286,7 +286,7 @@ void TestTreeViewIndex::outOfRangeGivesInvalidIndex_data()
     QTest::newRow("far beyond") << 100000;
 }
 
-void TestTreeViewIndex::outOfRangeGivesInvalidIndex()
+void tst_TreeViewIndex::outOfRangeGivesInvalidIndex()
 {
     QFETCH(int, position);
     QStandardItemModel model;
@@ -302,7 +302,7 @@ void TestTreeViewIndex::outOfRangeGivesInvalidIndex()
     QVERIFY(!indexFromDFSIdx(&emptyView, 0).isValid());
 }
 
-void TestTreeViewIndex::rowsBelowOtherColumnsAreNotWalked()
+void tst_TreeViewIndex::rowsBelowOtherColumnsAreNotWalked()
 {
     // A tree view shows only the children of column 0.
     QStandardItemModel model;
@@ -317,7 +317,7 @@ void TestTreeViewIndex::rowsBelowOtherColumnsAreNotWalked()
     QCOMPARE(getDFSIdx(&view, model.index(2, 0)), 6);
 }
 
-void TestTreeViewIndex::followsStructureChanges()
+void tst_TreeViewIndex::followsStructureChanges()
 {
     QStandardItemModel model;
     fillStandardModel(model);
@@ -369,7 +369,7 @@ void TestTreeViewIndex::followsStructureChanges()
     verifyAgainstReference(&tree);
 }
 
-void TestTreeViewIndex::deepAndWideTrees()
+void tst_TreeViewIndex::deepAndWideTrees()
 {
     // A long chain: each row the only child of the one before.
     constexpr int Depth = 3000;
@@ -406,5 +406,5 @@ void TestTreeViewIndex::deepAndWideTrees()
     }
 }
 
-QTEST_MAIN(TestTreeViewIndex)
+QTEST_MAIN(tst_TreeViewIndex)
 #include "tst_treeviewindex.moc"
