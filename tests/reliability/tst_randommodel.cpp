@@ -56,6 +56,7 @@
 #include "BrokenItem.h"
 #include "ContextMenuDriver.h"
 #include "DebugIcons.h"
+#include "DisplayModelDialogTestAccess.h"
 #include "Plot2DHost.h"
 #include "RecordingObserver.h"
 #include "TestTree.h"
@@ -83,22 +84,6 @@
 #include <string>
 #include <typeinfo>
 #include <vector>
-
-namespace Brennvik {
-
-// The clone-mode members, which no widget lookup reaches.
-class DisplayModelDialogTestAccess
-{
-public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
-    static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& d) { return d.m_clonedViewModel; }
-    static bool useClone(DisplayModelDialog& d) { return d.m_useClone; }
-    static bool showCloneIn3d(DisplayModelDialog& d) { return d.m_showCloneIn3d; }
-    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& d) { return d.m_clonedBusinessObjectProperties; }
-    static QTreeWidget* clonedDisplayPane(DisplayModelDialog& d) { return d.m_clonedDisplayItemProperties; }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;
