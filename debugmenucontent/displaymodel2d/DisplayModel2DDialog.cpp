@@ -3,6 +3,7 @@
 #include "DisplayItemTreeWidgetItem2D.h"
 #include "PlotListing.h"
 
+#include <debugmenucontent/treewidgets/PropertyPane.h>
 #include <debugmenucontent/treewidgets/RowColumns.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 
@@ -29,22 +30,6 @@
 #include <vector>
 
 namespace Brennvik {
-
-namespace {
-
-using PropertyPairs = std::list<std::pair<std::string, std::string>>;
-
-void fillPropertyTree(QTreeWidget* tree, const PropertyPairs& properties)
-{
-    for (const auto& [name, value] : properties) {
-        auto* row = new QTreeWidgetItem(tree);
-        row->setText(0, QString::fromStdString(name));
-        row->setText(1, QString::fromStdString(value));
-        row->setToolTip(1, QString::fromStdString(value));
-    }
-}
-
-} // namespace
 
 DisplayModel2DDialog::DisplayModel2DDialog(const MainWindowPresenter& presenter, QWidget* parent)
     : QDialog(parent)
@@ -269,12 +254,12 @@ void DisplayModel2DDialog::printProperties(const QTreeWidgetItem* item)
     const auto* row = dynamic_cast<const DisplayItemTreeWidgetItem2D*>(item);
     if (!row)
         return;
-    PropertyPairs businessObjectProperties;
-    PropertyPairs displayItemProperties;
+    PropertyList businessObjectProperties;
+    PropertyList displayItemProperties;
     const_cast<DisplayItemTreeWidgetItem2D*>(row)->getDisplayItem()->getProperties(businessObjectProperties,
                                                                                    displayItemProperties);
-    fillPropertyTree(m_displayItemProperties, displayItemProperties);
-    fillPropertyTree(m_businessObjectProperties, businessObjectProperties);
+    fillPropertyPane(m_displayItemProperties, displayItemProperties);
+    fillPropertyPane(m_businessObjectProperties, businessObjectProperties);
 }
 
 void DisplayModel2DDialog::onUpdateListPBClicked()

@@ -11,9 +11,7 @@
 
 #include <list>
 #include <memory>
-#include <optional>
 #include <set>
-#include <vector>
 
 class QCloseEvent;
 class QHBoxLayout;
@@ -31,6 +29,7 @@ class DisplayItemTreeWidget;
 class DisplayItemTreeWidgetItem;
 class DrawAreaPresenter;
 class EditModelTreeWidgetItem;
+class ExpandPathWalk;
 class ViewModelInterface;
 
 /// The debugging dialog of the 3D display model.
@@ -90,17 +89,11 @@ private:
     // Lets the tests reach the expansion path, the compare flag and the clone-mode members.
     friend class DisplayModelDialogTestAccess;
 
-    // What a walk along m_expandPath does to the row that the path names.
-    enum class PathAction { MakeCurrent, Expand, Collapse };
-
     void clearLayout(QLayout* layout);
 
     void rebuildTree(bool cloneOnly);
-    /// The display item the tree starts on for the display model's active
-    /// context, and whether its rows are expanded; nothing without a context
-    /// or without the lookup its kind needs.
-    std::optional<std::shared_ptr<DisplayItemInterface>> initialEntry(DisplayModel& displayModel, bool& expand) const;
-    void noteIfEntryRow(DisplayItemTreeWidgetItem* row, const std::shared_ptr<DisplayItemInterface>& item);
+    void buildOriginalTree(DisplayModel& displayModel, const std::shared_ptr<DisplayItemInterface>& root);
+    void buildClonedTree();
     /// Builds \a root's rows under \a topRow with the row out of \a tree.
     void buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
                        const std::shared_ptr<DisplayItemInterface>& root);
@@ -118,33 +111,13 @@ private:
     void printClonedProperties(const QTreeWidgetItem* clonedRow);
     void compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
                               QTreeWidgetItem* clonedParent);
-    // A pair of rows at the same position and the cloned row's parent.
-    struct ComparedRows
-    {
-        DisplayItemTreeWidgetItem* original;
-        DisplayItemTreeWidgetItem* cloned;
-        QTreeWidgetItem* clonedParent;
-    };
-    void compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending);
     void paintFalseClonedItem(DisplayItemTreeWidgetItem* row);
-    void paintFalseClonedAncestors(QTreeWidgetItem* row);
-    void markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row);
     void syncExpandedTreeItems(DisplayItemTreeWidget* target, QTreeWidgetItem* source);
     void syncTreeItemsForExpandingCollapsing(DisplayItemTreeWidget* target, QTreeWidgetItem* source, bool expand);
-    void fillExpandPath(QTreeWidgetItem* source, int firstNumber);
-    void walkMirroredPath(DisplayItemTreeWidget* target, QTreeWidgetItem* source, int firstNumber, PathAction action);
-
-    void walkExpandPath(QTreeWidgetItem* item, int level, int entry, PathAction action);
-    // One row of a walk along m_expandPath with the loop state that each
-    // call of a recursive walk would keep; and what the walk does next.
-    struct PathFrame;
-    class ExpandPathIndex;
-    enum class PathStep { NextChild, Stop, Descend };
-    void openPathFrame(std::vector<PathFrame>& stack, QTreeWidgetItem* item, int level, int entry,
-                       const ExpandPathIndex& index);
-    int nextSweepEntry(const PathFrame& frame, int entry, const ExpandPathIndex& index) const;
-    PathStep stepExpandPath(PathFrame& frame, PathAction action, QTreeWidgetItem*& descendInto);
-    void applyPathAction(QTreeWidgetItem* row, PathAction action);
+    // The walks along m_expandPath; a row made current at the source's
+    // position under another text has its properties compared.
+    ExpandPathWalk expandPathWalk();
+    void compareMirroredRow(QTreeWidgetItem* row);
 
     void onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current);
     void onTreeWidgetItemDoubleClicked(QTreeWidgetItem* item, int column);
@@ -176,10 +149,6 @@ private:
     QList<QPair<int, QString>> m_expandPath;
     bool m_onlyCompareMirrored;
     bool m_syncingCurrentItem;
-    // The rows of the initial entry's item, noted while the tree is built;
-    // the item is set only from its lookup until the navigation after the build.
-    std::shared_ptr<DisplayItemInterface> m_entryRowsItem;
-    std::vector<DisplayItemTreeWidgetItem*> m_entryRows;
     // Counts the rows removed and the rebuilds, so that a walk that asks the
     // host along the way can tell whether the rows it stands on may have gone.
     quint64 m_rowRemovals;

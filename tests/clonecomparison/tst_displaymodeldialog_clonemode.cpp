@@ -17,6 +17,7 @@
 #include "DebugIcons.h"
 #include "ContextMarkingTranslator.h"
 #include "TestTree.h"
+#include "DisplayModelDialogTestAccess.h"
 
 #include <QBoxLayout>
 #include <QHeaderView>
@@ -35,40 +36,6 @@
 #include <memory>
 #include <typeinfo>
 #include <vector>
-
-namespace Brennvik {
-
-// Reaches the clone-mode members that no widget lookup can tell apart (the
-// cloned business pane shares its object name with the original one).
-class DisplayModelDialogTestAccess
-{
-public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& dialog)
-    {
-        return dialog.m_clonedDisplayItemTreeWidget;
-    }
-    static DisplayItemTreeWidgetItem* clonedTopRow(DisplayModelDialog& dialog) { return dialog.m_clonedTopRow; }
-    static QVBoxLayout* clonedPropertiesColumn(DisplayModelDialog& dialog) { return dialog.m_vl_clonedProperties; }
-    static QHBoxLayout* clonedBusinessHeader(DisplayModelDialog& dialog) { return dialog.m_hl_cloned_business_props; }
-    static QHBoxLayout* clonedDisplayHeader(DisplayModelDialog& dialog) { return dialog.m_hl_cloned_display_props; }
-    static QLabel* clonedBusinessLabel(DisplayModelDialog& dialog) { return dialog.m_lbl_cloned_business_obj_props; }
-    static QLabel* clonedDisplayLabel(DisplayModelDialog& dialog) { return dialog.m_lbl_cloned_display_props; }
-    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& dialog)
-    {
-        return dialog.m_clonedBusinessObjectProperties;
-    }
-    static QTreeWidget* clonedDisplayPane(DisplayModelDialog& dialog) { return dialog.m_clonedDisplayItemProperties; }
-    static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& dialog)
-    {
-        return dialog.m_clonedViewModel;
-    }
-    static bool useClone(DisplayModelDialog& dialog) { return dialog.m_useClone; }
-    static bool showCloneIn3d(DisplayModelDialog& dialog) { return dialog.m_showCloneIn3d; }
-    static bool onlyCompareMirrored(DisplayModelDialog& dialog) { return dialog.m_onlyCompareMirrored; }
-    static bool syncingCurrentItem(DisplayModelDialog& dialog) { return dialog.m_syncingCurrentItem; }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;

@@ -20,6 +20,7 @@
 #include "../common/ContextMenuDriver.h"
 #include "../common/ReactingHost.h"
 #include "../common/TestTree.h"
+#include "../common/DisplayModelDialogTestAccess.h"
 
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
@@ -30,16 +31,6 @@
 
 #include <memory>
 #include <optional>
-
-namespace Brennvik {
-
-class DisplayModelDialogTestAccess
-{
-public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Brennvik::Test::HostReaction;

@@ -11,6 +11,7 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "../common/TestTree.h"
+#include "../common/DisplayModelDialogTestAccess.h"
 
 #include <QBrush>
 #include <QComboBox>
@@ -28,25 +29,6 @@
 #include <memory>
 
 Q_DECLARE_METATYPE(QTreeWidgetItem*)
-
-namespace Brennvik {
-
-// Reaches what the path walkers read and write besides the tree: the
-// expansion path, the compare flag and the cloned property panes, which only
-// clone mode sets up otherwise.
-class DisplayModelDialogTestAccess
-{
-public:
-    static QList<QPair<int, QString>>& expandPath(DisplayModelDialog& dialog) { return dialog.m_expandPath; }
-    static bool& onlyCompareMirrored(DisplayModelDialog& dialog) { return dialog.m_onlyCompareMirrored; }
-    static void setClonedPanes(DisplayModelDialog& dialog, QTreeWidget* businessObjectPane, QTreeWidget* displayPane)
-    {
-        dialog.m_clonedBusinessObjectProperties = businessObjectPane;
-        dialog.m_clonedDisplayItemProperties = displayPane;
-    }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Brennvik::Test::buildTree;

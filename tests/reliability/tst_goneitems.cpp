@@ -30,6 +30,7 @@
 
 #include "ContextMenuDriver.h"
 #include "DebugIcons.h"
+#include "DisplayModelDialogTestAccess.h"
 #include "Plot2DHost.h"
 #include "TestTree.h"
 
@@ -47,19 +48,6 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-
-namespace Brennvik {
-
-class DisplayModelDialogTestAccess
-{
-public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
-    static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& d) { return d.m_clonedViewModel; }
-    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& d) { return d.m_clonedBusinessObjectProperties; }
-    static QTreeWidget* clonedDisplayPane(DisplayModelDialog& d) { return d.m_clonedDisplayItemProperties; }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;

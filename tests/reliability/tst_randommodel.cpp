@@ -30,6 +30,7 @@
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 
+#include "DisplayModelDialogTestAccess.h"
 #include "RandomRun.h"
 
 #include <QAbstractItemModelTester>
@@ -40,22 +41,6 @@
 #include <QTreeWidget>
 
 #include <memory>
-
-namespace Brennvik {
-
-// The clone-mode members, which no widget lookup reaches.
-class DisplayModelDialogTestAccess
-{
-public:
-    static DisplayItemTreeWidget* clonedTree(DisplayModelDialog& d) { return d.m_clonedDisplayItemTreeWidget; }
-    static std::shared_ptr<ViewModelInterface> clonedViewModel(DisplayModelDialog& d) { return d.m_clonedViewModel; }
-    static bool useClone(DisplayModelDialog& d) { return d.m_useClone; }
-    static bool showCloneIn3d(DisplayModelDialog& d) { return d.m_showCloneIn3d; }
-    static QTreeWidget* clonedBusinessPane(DisplayModelDialog& d) { return d.m_clonedBusinessObjectProperties; }
-    static QTreeWidget* clonedDisplayPane(DisplayModelDialog& d) { return d.m_clonedDisplayItemProperties; }
-};
-
-} // namespace Brennvik
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <hostcontract/HostTypes.h>
+
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace Brennvik {
+
+/// A (name, value) row of a property pane, not yet in a tree. The value is
+/// also column 1's tool tip, so that long values can be read in full.
+QTreeWidgetItem* makePropertyRow(const Property& property);
+
+/// Appends one top-level row per property to \a pane, in the list's order.
+void fillPropertyPane(QTreeWidget* pane, const PropertyList& properties);
+
+} // namespace Brennvik
