@@ -10,7 +10,7 @@
 
 #include <referencehost/model/SceneViewModel.h>
 
-#include "HostCallLog.h"
+#include "LoggingHost.h"
 
 #include <QTest>
 #include <QTreeWidget>
@@ -18,7 +18,7 @@
 #include <memory>
 
 using namespace Brennvik;
-using Brennvik::Test::HostCallLog;
+using Brennvik::Test::CallLog;
 using Brennvik::Test::LoggingDisplayModel;
 using Brennvik::Test::LoggingEntryLookups;
 using Brennvik::Test::LoggingItem;
@@ -68,7 +68,7 @@ void tst_DisplayModelDialogHostCalls::buildAsksForTheInitialEntryLast()
     QFETCH(QStringList, entryCalls);
     QFETCH(QString, currentText);
 
-    const HostCallLog log = std::make_shared<QStringList>();
+    const CallLog log = std::make_shared<QStringList>();
     auto root = std::make_shared<LoggingItem>("root", log);
     auto a = std::make_shared<LoggingItem>("a", log);
     auto a1 = std::make_shared<LoggingItem>("a1", log);

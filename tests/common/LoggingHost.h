@@ -19,18 +19,18 @@ namespace Brennvik::Test {
 
 /// The calls that a logging host received, in order: the operation's name,
 /// and for an item's getChildren the item's display name ("getChildren root").
-using HostCallLog = std::shared_ptr<QStringList>;
+using CallLog = std::shared_ptr<QStringList>;
 
 /// A plain display item that notes every getChildren call in the log.
 class LoggingItem : public DisplayItem
 {
 public:
-    LoggingItem(std::string displayName, HostCallLog log);
+    LoggingItem(std::string displayName, CallLog log);
 
     DisplayItemList getChildren() const override;
 
 private:
-    HostCallLog m_log;
+    CallLog m_log;
 };
 
 /// The active context and every lookup of the initial entry in one object:
@@ -43,7 +43,7 @@ class LoggingEntryLookups :
     public DefaultEntryOwner
 {
 public:
-    LoggingEntryLookups(int contextKind, std::shared_ptr<DisplayItemInterface> entry, HostCallLog log);
+    LoggingEntryLookups(int contextKind, std::shared_ptr<DisplayItemInterface> entry, CallLog log);
 
     int getContextKind() const override;
     std::shared_ptr<DisplayItemInterface> getDisplayItemAt(Kind6Index index) const override;
@@ -54,7 +54,7 @@ public:
 private:
     int m_contextKind;
     std::weak_ptr<DisplayItemInterface> m_entry;
-    HostCallLog m_log;
+    CallLog m_log;
 };
 
 /// A display model over \a root whose model-level calls are noted; the
@@ -63,7 +63,7 @@ class LoggingDisplayModel : public DisplayModel
 {
 public:
     LoggingDisplayModel(std::shared_ptr<DisplayItemInterface> root, std::shared_ptr<LoggingEntryLookups> lookups,
-                        HostCallLog log);
+                        CallLog log);
 
     DefaultEntryOwner* getDefaultEntryOwner() const override;
     Kind7Source* getKind7Source() const override;
@@ -78,7 +78,7 @@ public:
 private:
     std::shared_ptr<DisplayItemInterface> m_root;
     std::shared_ptr<LoggingEntryLookups> m_lookups;
-    HostCallLog m_log;
+    CallLog m_log;
 };
 
 /// A view model that shows a LoggingDisplayModel and takes its editor model
@@ -87,7 +87,7 @@ class LoggingViewModel : public ViewModelInterface
 {
 public:
     LoggingViewModel(std::shared_ptr<SceneViewModel> scene, std::unique_ptr<LoggingDisplayModel> displayModel,
-                     HostCallLog log);
+                     CallLog log);
     ~LoggingViewModel() override;
 
     std::shared_ptr<ViewModelInterface> cloneViewModel(bool shareGeometry) const override;
@@ -99,7 +99,7 @@ public:
 private:
     std::shared_ptr<SceneViewModel> m_scene;
     std::unique_ptr<LoggingDisplayModel> m_displayModel;
-    HostCallLog m_log;
+    CallLog m_log;
 };
 
 } // namespace Brennvik::Test

@@ -1,4 +1,4 @@
-#include "HostCallLog.h"
+#include "LoggingHost.h"
 
 #include <referencehost/model/SceneViewModel.h>
 
@@ -6,7 +6,7 @@
 
 namespace Brennvik::Test {
 
-LoggingItem::LoggingItem(std::string displayName, HostCallLog log)
+LoggingItem::LoggingItem(std::string displayName, CallLog log)
     : DisplayItem(std::move(displayName))
     , m_log(std::move(log))
 {
@@ -18,7 +18,7 @@ DisplayItemList LoggingItem::getChildren() const
     return DisplayItem::getChildren();
 }
 
-LoggingEntryLookups::LoggingEntryLookups(int contextKind, std::shared_ptr<DisplayItemInterface> entry, HostCallLog log)
+LoggingEntryLookups::LoggingEntryLookups(int contextKind, std::shared_ptr<DisplayItemInterface> entry, CallLog log)
     : m_contextKind(contextKind)
     , m_entry(std::move(entry))
     , m_log(std::move(log))
@@ -56,7 +56,7 @@ std::shared_ptr<DisplayItemInterface> LoggingEntryLookups::getEntryDisplayItem()
 }
 
 LoggingDisplayModel::LoggingDisplayModel(std::shared_ptr<DisplayItemInterface> root,
-                                         std::shared_ptr<LoggingEntryLookups> lookups, HostCallLog log)
+                                         std::shared_ptr<LoggingEntryLookups> lookups, CallLog log)
     : m_root(std::move(root))
     , m_lookups(std::move(lookups))
     , m_log(std::move(log))
@@ -116,7 +116,7 @@ Kind6Index LoggingDisplayModel::getKind6Index() const
 }
 
 LoggingViewModel::LoggingViewModel(std::shared_ptr<SceneViewModel> scene,
-                                   std::unique_ptr<LoggingDisplayModel> displayModel, HostCallLog log)
+                                   std::unique_ptr<LoggingDisplayModel> displayModel, CallLog log)
     : m_scene(std::move(scene))
     , m_displayModel(std::move(displayModel))
     , m_log(std::move(log))
