@@ -39,7 +39,7 @@ endforeach()
 foreach(form IN LISTS BRENNVIK_DEBUGMENU_FORMS)
     get_filename_component(dir ${form} DIRECTORY)
     get_filename_component(name ${form} NAME_WE)
-    install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/brennvik_debugmenucontent_autogen/include/ui_${name}.h
+    install(FILES ${BRENNVIK_DEBUGMENU_FORMS_DIR}/ui_${name}.h
         DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/debugmenucontent/${dir})
 endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/include/debugmenucontent/DebugMenuContentExport.h

@@ -1,5 +1,11 @@
 # Sources of the 2D display model dialog, relative to debugmenucontent/.
 set(BRENNVIK_DISPLAYMODEL2D_SOURCES
+    displaymodel2d/DisplayModel2DDialog.h
+    displaymodel2d/DisplayModel2DDialog.cpp
+)
+# Units no host sees: the view model holder the dialog inherits, the type
+# filter and collector, and the 2D row.
+set(BRENNVIK_DISPLAYMODEL2D_INTERNAL_SOURCES
     displaymodel2d/ViewModelHolder.h
     displaymodel2d/ViewModelHolder.cpp
     displaymodel2d/DisplayItemTypeFilter.h
@@ -8,9 +14,6 @@ set(BRENNVIK_DISPLAYMODEL2D_SOURCES
     displaymodel2d/DisplayItemTypeCollector.cpp
     displaymodel2d/DisplayItemTreeWidgetItem2D.h
     displaymodel2d/DisplayItemTreeWidgetItem2D.cpp
-    displaymodel2d/DisplayModel2DDialog.h
-    displaymodel2d/DisplayModel2DDialog.cpp
-    displaymodel2d/DisplayModel2DDialog.ui
 )
 # What an installed library shows of it: the exported dialog with the holder
 # base and the form it inherits.
