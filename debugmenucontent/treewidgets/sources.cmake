@@ -5,8 +5,11 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
     treewidgets/DisplayItemTreeWidget.h
     treewidgets/DisplayItemTreeWidget.cpp
 )
-# Units no host sees: the edit-model row, row texts and teardown.
+# Units no host sees: the edit-model row, row texts and teardown, and the
+# child-row index of wide parents.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
+    treewidgets/ChildRowIndex.h
+    treewidgets/ChildRowIndex.cpp
     treewidgets/EditModelTreeWidgetItem.h
     treewidgets/EditModelTreeWidgetItem.cpp
     treewidgets/RowGuard.h
