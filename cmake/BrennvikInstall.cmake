@@ -39,7 +39,7 @@ endforeach()
 foreach(form IN LISTS BRENNVIK_DEBUGMENU_FORMS)
     get_filename_component(dir ${form} DIRECTORY)
     get_filename_component(name ${form} NAME_WE)
-    install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/brennvik_debugmenucontent_autogen/include/ui_${name}.h
+    install(FILES ${BRENNVIK_DEBUGMENU_FORMS_DIR}/ui_${name}.h
         DESTINATION ${BRENNVIK_INSTALL_INCLUDEDIR}/debugmenucontent/${dir})
 endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/debugmenucontent/include/debugmenucontent/DebugMenuContentExport.h
@@ -60,16 +60,9 @@ install(FILES
     ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
     DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
 
-# The conformance kit: checks a host runs against its own implementation of
-# the contract. A host needs it most when it builds this project without our
-# tests, so it is built here rather than only with them; the tests reuse the
-# target. It has an export set of its own, loaded only when it was installed.
-option(BRENNVIK_INSTALL_CONFORMANCE_KIT "Build and install the host-contract conformance kit (needs Qt5 Test)" ON)
+# The conformance kit a host links into a test program of its own. It has an
+# export set of its own, loaded only when it was installed.
 if(BRENNVIK_INSTALL_CONFORMANCE_KIT)
-    find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
-    if(NOT TARGET brennvik_conformancekit)
-        add_subdirectory(${PROJECT_SOURCE_DIR}/tests/conformance/kit ${PROJECT_BINARY_DIR}/conformancekit)
-    endif()
     install(TARGETS brennvik_conformancekit
         EXPORT BrennvikConformanceKitTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}

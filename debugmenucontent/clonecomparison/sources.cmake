@@ -2,7 +2,8 @@
 set(BRENNVIK_CLONECOMPARISON_SOURCES
     clonecomparison/DebugCloneDisplayModelDialog.h
     clonecomparison/DebugCloneDisplayModelDialog.cpp
-    clonecomparison/DebugCloneDisplayModelDialog.ui
+)
+set(BRENNVIK_CLONECOMPARISON_INTERNAL_SOURCES
 )
 # What an installed library shows of it: the exported dialog and the form it inherits.
 set(BRENNVIK_CLONECOMPARISON_PUBLIC_HEADERS

@@ -1,5 +1,11 @@
 # Sources of the 2D display model dialog, relative to debugmenucontent/.
 set(BRENNVIK_DISPLAYMODEL2D_SOURCES
+    displaymodel2d/DisplayModel2DDialog.h
+    displaymodel2d/DisplayModel2DDialog.cpp
+)
+# Units no host sees: the view model holder the dialog inherits, the type
+# filter and collector, the 2D row and the plot listing.
+set(BRENNVIK_DISPLAYMODEL2D_INTERNAL_SOURCES
     displaymodel2d/ViewModelHolder.h
     displaymodel2d/ViewModelHolder.cpp
     displaymodel2d/DisplayItemTypeFilter.h
@@ -10,9 +16,6 @@ set(BRENNVIK_DISPLAYMODEL2D_SOURCES
     displaymodel2d/DisplayItemTreeWidgetItem2D.cpp
     displaymodel2d/PlotListing.h
     displaymodel2d/PlotListing.cpp
-    displaymodel2d/DisplayModel2DDialog.h
-    displaymodel2d/DisplayModel2DDialog.cpp
-    displaymodel2d/DisplayModel2DDialog.ui
 )
 # What an installed library shows of it: the exported dialog with the holder
 # base and the form it inherits.

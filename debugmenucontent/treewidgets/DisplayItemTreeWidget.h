@@ -23,7 +23,8 @@ class BRENNVIK_DEBUGMENU_EXPORT DisplayItemTreeWidget : public QTreeWidget
 public:
     /// \a withDisplayItemActions false makes a tree whose context menu holds
     /// only the widget kit's own entries (the cloned tree of a comparison).
-    DisplayItemTreeWidget(QWidget* parent, bool withDisplayItemActions);
+    /// The default lets a form create the tree with the display item actions.
+    DisplayItemTreeWidget(QWidget* parent, bool withDisplayItemActions = true);
     ~DisplayItemTreeWidget() override;
 
     /// The row's position in a pre-order walk over all rows; -1 for null.

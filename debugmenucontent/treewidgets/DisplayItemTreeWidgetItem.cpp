@@ -1,5 +1,6 @@
 #include "DisplayItemTreeWidgetItem.h"
 
+#include "ChildRowIndex.h"
 #include "RowColumns.h"
 #include "RowText.h"
 
@@ -7,37 +8,15 @@
 
 #include <hostcontract/DisplayItemInterface.h>
 
-#include <QHash>
 #include <QIcon>
-#include <QSet>
 #include <QString>
 #include <QVariant>
 
-#include <algorithm>
 #include <vector>
 
 #include <typeinfo>
 
 namespace Brennvik {
-
-namespace {
-
-// Below this many children a plain scan is as fast as keeping an index.
-constexpr int kIndexedChildCount = 256;
-
-} // namespace
-
-/// The first child row of each item, and the items that more than one child
-/// row shows, for the rows [0, indexedCount) of the parent.
-struct DisplayItemTreeWidgetItem::ChildRowIndex
-{
-    QHash<const DisplayItemInterface*, QTreeWidgetItem*> firstRow;
-    QSet<const DisplayItemInterface*> sharedItems;
-    int indexedCount = 0;
-    // Where the last row was taken: removals tend to come in the order of
-    // the rows, so the next one is found close by.
-    int searchStart = 0;
-};
 
 // Shared by every row of every tree; created on first use and kept for the
 // life of the process, so that no row pays for loading an SVG.
@@ -132,108 +111,14 @@ QTreeWidgetItem* DisplayItemTreeWidgetItem::takeFirstChildShowing(const std::sha
 {
     if (!item)
         return nullptr;
-    const int count = childCount();
-    if (count < kIndexedChildCount) {
+    if (childCount() < ChildRowIndex::MinimumChildCount) {
         m_childRowIndex.reset();
-        const int position = positionOfFirstChildShowing(item, 0);
+        const int position = ChildRowIndex::positionOfFirstChildShowing(*this, item, 0);
         return position < 0 ? nullptr : takeChild(position);
     }
-
-    // Rows are only ever appended by the dialog, so a grown list needs its
-    // tail indexed; a shrunk one was changed behind the index's back.
-    if (!m_childRowIndex || count < m_childRowIndex->indexedCount) {
-        m_childRowIndex = std::make_unique<ChildRowIndex>();
-        indexChildren(0);
-    } else if (count > m_childRowIndex->indexedCount) {
-        indexChildren(m_childRowIndex->indexedCount);
-    }
-
-    ChildRowIndex& index = *m_childRowIndex;
-    const auto found = index.firstRow.find(item.get());
-    if (found == index.firstRow.end()) {
-        // Not indexed: a row whose item was still gone at indexing time may
-        // show it now (a reused address); the scan decides.
-        const int position = positionOfFirstChildShowing(item, 0);
-        if (position < 0)
-            return nullptr;
-        m_childRowIndex.reset();
-        return takeChild(position);
-    }
-
-    QTreeWidgetItem* candidate = found.value();
-    // The search compares pointers only, so a stale entry is never dereferenced.
-    const int position = positionOfChildRow(candidate, index.searchStart);
-    DisplayItemTreeWidgetItem* row = position < 0 ? nullptr : asDisplayItemRow(candidate);
-    if (!row || !row->showsDisplayItem(item)) {
-        m_childRowIndex.reset();
-        const int scanned = positionOfFirstChildShowing(item, 0);
-        return scanned < 0 ? nullptr : takeChild(scanned);
-    }
-
-    takeChild(position);
-    --index.indexedCount;
-    index.searchStart = position;
-    if (index.sharedItems.contains(item.get())) {
-        // The next row of the same item, if any, is after the one taken.
-        const int next = positionOfFirstChildShowing(item, position);
-        if (next >= 0)
-            found.value() = child(next);
-        else
-            index.firstRow.erase(found);
-    } else {
-        index.firstRow.erase(found);
-    }
-    return candidate;
-}
-
-int DisplayItemTreeWidgetItem::positionOfFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item,
-                                                           int from) const
-{
-    const int count = childCount();
-    for (int i = from; i < count; ++i) {
-        const DisplayItemTreeWidgetItem* row = asDisplayItemRow(child(i));
-        if (row && row->showsDisplayItem(item))
-            return i;
-    }
-    return -1;
-}
-
-int DisplayItemTreeWidgetItem::positionOfChildRow(const QTreeWidgetItem* row, int start) const
-{
-    // Outwards from start, both ways: QTreeWidgetItem::indexOfChild scans
-    // from the front, which costs the row's position on every removal.
-    const int count = childCount();
-    if (count == 0)
-        return -1;
-    start = qBound(0, start, count - 1);
-    const int reach = std::max(start, count - 1 - start);
-    for (int distance = 0; distance <= reach; ++distance) {
-        if (start + distance < count && child(start + distance) == row)
-            return start + distance;
-        if (distance > 0 && distance <= start && child(start - distance) == row)
-            return start - distance;
-    }
-    return -1;
-}
-
-void DisplayItemTreeWidgetItem::indexChildren(int from)
-{
-    ChildRowIndex& index = *m_childRowIndex;
-    const int count = childCount();
-    index.firstRow.reserve(count);
-    for (int i = from; i < count; ++i) {
-        QTreeWidgetItem* candidate = child(i);
-        DisplayItemTreeWidgetItem* row = asDisplayItemRow(candidate);
-        const std::shared_ptr<DisplayItemInterface> item = row ? row->m_displayItem.lock() : nullptr;
-        if (!item)
-            continue;
-        const auto found = index.firstRow.constFind(item.get());
-        if (found == index.firstRow.constEnd())
-            index.firstRow.insert(item.get(), candidate);
-        else
-            index.sharedItems.insert(item.get());
-    }
-    index.indexedCount = count;
+    if (!m_childRowIndex)
+        m_childRowIndex = std::make_unique<ChildRowIndex>(*this);
+    return m_childRowIndex->takeFirstChildShowing(item);
 }
 
 int DisplayItemTreeWidgetItem::getItemIndex()

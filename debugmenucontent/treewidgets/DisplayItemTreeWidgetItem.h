@@ -12,6 +12,7 @@ class QIcon;
 
 namespace Brennvik {
 
+class ChildRowIndex;
 class DisplayItemInterface;
 class DisplayModelDialog;
 
@@ -86,11 +87,6 @@ private:
     QIcon* getVisibleIcon();
     QIcon* getNotVisibleIcon();
     static void createVisibleIcons();
-
-    struct ChildRowIndex;
-    int positionOfFirstChildShowing(const std::shared_ptr<DisplayItemInterface>& item, int from) const;
-    int positionOfChildRow(const QTreeWidgetItem* row, int start) const;
-    void indexChildren(int from);
 
     std::weak_ptr<DisplayItemInterface> m_displayItem;
     DisplayModelDialog* m_dialog;

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Writes model files at the loader's default limits, for measuring its worst
-cases with tests/modelfile/modelfile_load under /usr/bin/time -v.
+cases with tests/referencehost/modelfile/modelfile_load under /usr/bin/time -v.
 
 usage: make-limit-files.py DIRECTORY
 """

@@ -1,0 +1,34 @@
+# Sources of the tree widgets, relative to debugmenucontent/.
+set(BRENNVIK_TREEWIDGETS_SOURCES
+    treewidgets/DisplayItemTreeWidgetItem.h
+    treewidgets/DisplayItemTreeWidgetItem.cpp
+    treewidgets/DisplayItemTreeWidget.h
+    treewidgets/DisplayItemTreeWidget.cpp
+)
+# Units no host sees: the edit-model row, row texts, columns and teardown,
+# the child-row index of wide parents, and the property pane both dialogs fill.
+set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
+    treewidgets/ChildRowIndex.h
+    treewidgets/ChildRowIndex.cpp
+    treewidgets/EditModelTreeWidgetItem.h
+    treewidgets/EditModelTreeWidgetItem.cpp
+    treewidgets/RowGuard.h
+    treewidgets/RowText.h
+    treewidgets/RowText.cpp
+    treewidgets/RowTeardown.h
+    treewidgets/RowTeardown.cpp
+    treewidgets/RowColumns.h
+    treewidgets/PropertyPane.h
+    treewidgets/PropertyPane.cpp
+)
+# What an installed library shows of it: the exported row and tree widget.
+set(BRENNVIK_TREEWIDGETS_PUBLIC_HEADERS
+    treewidgets/DisplayItemTreeWidgetItem.h
+    treewidgets/DisplayItemTreeWidget.h
+)
+set(BRENNVIK_TREEWIDGETS_EXPORTED_CLASSES
+    DisplayItemTreeWidgetItem
+    DisplayItemTreeWidget
+)
+set(BRENNVIK_TREEWIDGETS_FORMS
+)
