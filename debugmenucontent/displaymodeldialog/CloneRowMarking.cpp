@@ -89,7 +89,8 @@ void paintFalseClonedItem(DisplayItemTreeWidgetItem* row)
     if (!row)
         return;
     QFont font = row->font(0);
-    font.setWeight(75);
+    // Weight 75, the bold that hosts' row readers compare against.
+    font.setWeight(QFont::Bold);
     row->setFont(0, font);
     // The bold text is the mark; the brush paints nothing. Made red and then
     // emptied, as hosts that read the row's brush have always found it.
