@@ -67,6 +67,25 @@ foreach(internal treewidgets/EditModelTreeWidgetItem.h treewidgets/RowText.h)
         message(FATAL_ERROR "An internal header was installed: ${internal}")
     endif()
 endforeach()
+# A host gets the exported classes, the forms they inherit and the export
+# macro, and nothing of the internal units.
+file(GLOB_RECURSE installedHeaders RELATIVE ${prefix}/include/brennvik/debugmenucontent
+     ${prefix}/include/brennvik/debugmenucontent/*)
+list(SORT installedHeaders)
+set(publicHeaders
+    DebugMenuContentExport.h
+    clonecomparison/DebugCloneDisplayModelDialog.h
+    clonecomparison/ui_DebugCloneDisplayModelDialog.h
+    displaymodel2d/DisplayModel2DDialog.h
+    displaymodel2d/ViewModelHolder.h
+    displaymodel2d/ui_DisplayModel2DDialog.h
+    displaymodeldialog/DisplayModelDialog.h
+    displaymodeldialog/ui_DisplayModelDialog.h
+    treewidgets/DisplayItemTreeWidget.h
+    treewidgets/DisplayItemTreeWidgetItem.h)
+if(NOT installedHeaders STREQUAL publicHeaders)
+    message(FATAL_ERROR "Installed library headers differ from the public ones:\n${installedHeaders}")
+endif()
 
 run(${CMAKE_COMMAND} -S ${CONSUMER_DIR} -B ${consumerBuild} -G ${GENERATOR}
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
