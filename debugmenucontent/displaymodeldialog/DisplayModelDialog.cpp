@@ -30,7 +30,6 @@
 #include <QPushButton>
 #include <QStringList>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <QVariant>
 
 #include <optional>
@@ -65,20 +64,6 @@ void toggleWithDuplicateChildren(DisplayItemTreeWidgetItem* row)
     }
 }
 
-// The rows of \a item in \a tree, in the order of a pre-order walk over all
-// rows, duplicates included. No item has no rows.
-std::vector<DisplayItemTreeWidgetItem*> rowsShowing(QTreeWidget* tree,
-                                                    const std::shared_ptr<DisplayItemInterface>& item)
-{
-    std::vector<DisplayItemTreeWidgetItem*> rows;
-    for (QTreeWidgetItemIterator it(tree); item && *it; ++it) {
-        auto* row = DisplayItemTreeWidgetItem::asDisplayItemRow(*it);
-        if (row && row->showsDisplayItem(item))
-            rows.push_back(row);
-    }
-    return rows;
-}
-
 } // namespace
 
 DisplayModelDialog::DisplayModelDialog(QWidget* parent)
@@ -101,6 +86,7 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     , m_onlyCompareMirrored(true)
     , m_syncingCurrentItem(false)
     , m_rowRemovals(0)
+    , m_rebuilds(0)
 {
     setupUi(this);
 
@@ -180,6 +166,7 @@ void DisplayModelDialog::clearLayout(QLayout* layout)
 void DisplayModelDialog::rebuildTree(bool cloneOnly)
 {
     ++m_rowRemovals;
+    const quint64 rebuild = ++m_rebuilds;
     if (!cloneOnly)
         clearRowsDeepestFirst(m_displayItemTreeWidget);
     if (m_clonedDisplayItemTreeWidget) {
@@ -188,45 +175,61 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
     }
 
     // A fresh copy at every rebuild, so that the clone shows what copying does now.
-    if (m_viewModel && m_useClone)
-        m_clonedViewModel = m_viewModel->cloneViewModel(false);
-    else
+    if (m_viewModel && m_useClone) {
+        std::shared_ptr<ViewModelInterface> clone = m_viewModel->cloneViewModel(false);
+        if (rebuiltSince(rebuild))
+            return;
+        m_clonedViewModel = std::move(clone);
+    } else {
         m_clonedViewModel.reset();
+    }
 
     // Held here: the host's events during the build may hand the dialog another view model.
     const std::shared_ptr<ViewModelInterface> viewModel = m_viewModel;
     if (!viewModel)
         return;
     DisplayModel* displayModel = viewModel->getDisplayModel();
-    if (!displayModel)
+    if (!displayModel || rebuiltSince(rebuild))
         return;
     const std::shared_ptr<DisplayItemInterface> root = displayModel->getRootDisplayItem();
-    if (!root)
+    if (!root || rebuiltSince(rebuild))
         return;
 
-    if (!cloneOnly)
-        buildOriginalTree(*displayModel, root);
-    buildClonedTree();
+    if (!cloneOnly && !buildOriginalTree(*displayModel, root, rebuild))
+        return;
+    buildClonedTree(rebuild);
 }
 
-void DisplayModelDialog::buildOriginalTree(DisplayModel& displayModel,
-                                           const std::shared_ptr<DisplayItemInterface>& root)
+bool DisplayModelDialog::buildOriginalTree(DisplayModel& displayModel,
+                                           const std::shared_ptr<DisplayItemInterface>& root, quint64 rebuild)
 {
     auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTreeWidget, root, this, false);
-    buildDetached(m_displayItemTreeWidget, topRow, root);
+    if (!buildDetached(m_displayItemTreeWidget, topRow, root, rebuild))
+        return false;
 
     if (EditorDisplayModel* editorDisplayModel = m_viewModel->getEditorDisplayModel()) {
-        for (const std::shared_ptr<EditorDisplayItem>& primitive : editorDisplayModel->getAllEditModelPrimitives())
+        const std::vector<std::shared_ptr<EditorDisplayItem>> primitives
+            = editorDisplayModel->getAllEditModelPrimitives();
+        for (const std::shared_ptr<EditorDisplayItem>& primitive : primitives) {
+            if (rebuiltSince(rebuild))
+                return false;
             new EditModelTreeWidgetItem(topRow, primitive, this, -1);
+        }
     }
+    if (rebuiltSince(rebuild))
+        return false;
 
     // Asked for last: hosts work out their active context and its lookups
     // from the model that the build has just read.
-    if (const std::optional<InitialEntry> entry = initialEntry(displayModel))
+    if (const std::optional<InitialEntry> entry = initialEntry(displayModel)) {
+        if (rebuiltSince(rebuild))
+            return false;
         navigateToInitialEntry(entry->item, false, entry->expand);
+    }
+    return !rebuiltSince(rebuild);
 }
 
-void DisplayModelDialog::buildClonedTree()
+void DisplayModelDialog::buildClonedTree(quint64 rebuild)
 {
     if (!m_clonedViewModel || !m_clonedDisplayItemTreeWidget)
         return;
@@ -237,8 +240,13 @@ void DisplayModelDialog::buildClonedTree()
     if (!clonedRoot)
         return;
 
-    m_clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false);
-    buildDetached(m_clonedDisplayItemTreeWidget, m_clonedTopRow, clonedRoot);
+    if (rebuiltSince(rebuild))
+        return;
+
+    auto* clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false);
+    if (!buildDetached(m_clonedDisplayItemTreeWidget, clonedTopRow, clonedRoot, rebuild))
+        return;
+    m_clonedTopRow = clonedTopRow;
 
     for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
         auto* mainRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->topLevelItem(i));
@@ -259,8 +267,8 @@ void DisplayModelDialog::buildClonedTree()
     syncExpandedTreeItems(m_clonedDisplayItemTreeWidget, m_displayItemTreeWidget->currentItem());
 }
 
-void DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
-                                       const std::shared_ptr<DisplayItemInterface>& root)
+bool DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
+                                       const std::shared_ptr<DisplayItemInterface>& root, quint64 rebuild)
 {
     // Rows added under a row that the tree shows each cost the view a
     // notification; built out of the tree, the whole subtree goes in as one row.
@@ -268,8 +276,15 @@ void DisplayModelDialog::buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetI
     if (position >= 0)
         tree->takeTopLevelItem(position);
     buildTreeRecursively(topRow, root, false, false);
+    // Out of the tree, the rows escaped a rebuild that began inside the host's
+    // calls: that rebuild's tree stands, and these go.
+    if (rebuiltSince(rebuild)) {
+        deleteDetachedRows(topRow);
+        return false;
+    }
     if (position >= 0)
         tree->insertTopLevelItem(position, topRow);
+    return true;
 }
 
 void DisplayModelDialog::buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow,

@@ -92,11 +92,17 @@ private:
     void clearLayout(QLayout* layout);
 
     void rebuildTree(bool cloneOnly);
-    void buildOriginalTree(DisplayModel& displayModel, const std::shared_ptr<DisplayItemInterface>& root);
-    void buildClonedTree();
-    /// Builds \a root's rows under \a topRow with the row out of \a tree.
-    void buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
-                       const std::shared_ptr<DisplayItemInterface>& root);
+    // The build steps of one rebuild. A host may hand the dialog a view model
+    // inside their calls: the rebuild that this starts replaces the tree, and
+    // the outer one stops where it is (false).
+    bool buildOriginalTree(DisplayModel& displayModel, const std::shared_ptr<DisplayItemInterface>& root,
+                           quint64 rebuild);
+    void buildClonedTree(quint64 rebuild);
+    /// Builds \a root's rows under \a topRow with the row out of \a tree;
+    /// deletes them and gives false when another rebuild began meanwhile.
+    bool buildDetached(QTreeWidget* tree, DisplayItemTreeWidgetItem* topRow,
+                       const std::shared_ptr<DisplayItemInterface>& root, quint64 rebuild);
+    bool rebuiltSince(quint64 rebuild) const { return m_rebuilds != rebuild; }
     void buildTreeRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,
                               bool geometrySeen, bool duplicate);
     void addChildRecursively(DisplayItemTreeWidgetItem* parentRow, std::shared_ptr<DisplayItemInterface> item,
@@ -152,6 +158,9 @@ private:
     // Counts the rows removed and the rebuilds, so that a walk that asks the
     // host along the way can tell whether the rows it stands on may have gone.
     quint64 m_rowRemovals;
+    // Counts the rebuilds, so that a rebuild can tell that a newer one has
+    // replaced what it was building.
+    quint64 m_rebuilds;
 };
 
 } // namespace Brennvik

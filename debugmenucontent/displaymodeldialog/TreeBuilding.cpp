@@ -11,6 +11,8 @@
 #include <hostcontract/InitialEntryLookups.h>
 
 #include <QLatin1String>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include <cstddef>
 #include <unordered_set>
@@ -114,6 +116,18 @@ std::optional<InitialEntry> initialEntry(DisplayModel& displayModel)
         break;
     }
     return std::nullopt;
+}
+
+std::vector<DisplayItemTreeWidgetItem*> rowsShowing(QTreeWidget* tree,
+                                                    const std::shared_ptr<DisplayItemInterface>& item)
+{
+    std::vector<DisplayItemTreeWidgetItem*> rows;
+    for (QTreeWidgetItemIterator it(tree); item && *it; ++it) {
+        auto* row = DisplayItemTreeWidgetItem::asDisplayItemRow(*it);
+        if (row && row->showsDisplayItem(item))
+            rows.push_back(row);
+    }
+    return rows;
 }
 
 } // namespace Brennvik

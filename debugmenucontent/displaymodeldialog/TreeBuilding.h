@@ -2,6 +2,9 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
+
+class QTreeWidget;
 
 namespace Brennvik {
 
@@ -36,5 +39,11 @@ struct InitialEntry
 /// kind. Nothing without a context or without the lookup its kind needs; an
 /// empty item when the lookup finds none.
 std::optional<InitialEntry> initialEntry(DisplayModel& displayModel);
+
+/// The rows of \a item in \a tree, in the order of a pre-order walk over all
+/// rows, duplicates included; rows show an item when they hold the same
+/// pointer. No item has no rows.
+std::vector<DisplayItemTreeWidgetItem*> rowsShowing(QTreeWidget* tree,
+                                                    const std::shared_ptr<DisplayItemInterface>& item);
 
 } // namespace Brennvik

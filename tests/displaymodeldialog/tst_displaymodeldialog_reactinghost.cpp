@@ -29,7 +29,9 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <optional>
 
 using namespace Brennvik;
@@ -145,6 +147,25 @@ void click(QTreeWidget* tree, QTreeWidgetItem* row)
 
 } // namespace
 
+// A host that, while the dialog asks an item for its children, hands the
+// dialog another view model (closing a document from inside an event does).
+class HandOverItem : public DisplayItem
+{
+public:
+    explicit HandOverItem(std::string name)
+        : DisplayItem(std::move(name))
+    {
+    }
+    std::function<void()> handOver;
+
+    DisplayItemList getChildren() const override
+    {
+        if (std::function<void()> once = std::exchange(const_cast<HandOverItem*>(this)->handOver, nullptr))
+            once();
+        return DisplayItem::getChildren();
+    }
+};
+
 class tst_DisplayModelDialogReactingHost : public QObject
 {
     Q_OBJECT
@@ -152,6 +173,8 @@ class tst_DisplayModelDialogReactingHost : public QObject
 private slots:
     void actionSurvivesHostReaction_data();
     void actionSurvivesHostReaction();
+    void viewModelHandedOverDuringBuild_data();
+    void viewModelHandedOverDuringBuild();
 };
 
 void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction_data()
@@ -299,4 +322,45 @@ void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
 }
 
 QTEST_MAIN(tst_DisplayModelDialogReactingHost)
+void tst_DisplayModelDialogReactingHost::viewModelHandedOverDuringBuild_data()
+{
+    QTest::addColumn<QString>("handedOver");
+    QTest::addColumn<QStringList>("topRows");
+
+    QTest::newRow("none") << "none" << QStringList{};
+    QTest::newRow("another") << "another" << QStringList{"Other"};
+    QTest::newRow("the same again") << "same" << QStringList{"Root"};
+}
+
+void tst_DisplayModelDialogReactingHost::viewModelHandedOverDuringBuild()
+{
+    QFETCH(QString, handedOver);
+    QFETCH(QStringList, topRows);
+
+    auto root = makeItem("Root");
+    auto a = std::make_shared<HandOverItem>("A");
+    a->appendChildren({makeItem("A1")});
+    root->appendChildren({a, makeItem("B")});
+    const std::shared_ptr<SceneViewModel> viewModel = Test::makeViewModel(root);
+    viewModel->ensureEditorDisplayModel().addEditModelPrimitive("e1");
+    const std::shared_ptr<SceneViewModel> other = Test::makeViewModel(makeItem("Other"));
+
+    DisplayModelDialog dialog(nullptr);
+    DisplayItemTreeWidget* tree = dialog.m_displayItemTreeWidget;
+    QAbstractItemModelTester tester(tree->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    a->handOver = [&] {
+        if (handedOver == "none")
+            dialog.setViewModel(nullptr);
+        else
+            dialog.setViewModel(handedOver == "another" ? other : viewModel);
+    };
+    dialog.setViewModel(viewModel);
+
+    // The tree shows what the last hand-over built, once.
+    QStringList texts;
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        texts << tree->topLevelItem(i)->text(0);
+    QCOMPARE(texts, topRows);
+}
+
 #include "tst_displaymodeldialog_reactinghost.moc"
