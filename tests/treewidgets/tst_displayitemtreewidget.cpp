@@ -9,6 +9,7 @@
 
 #include "../common/ContextMenuDriver.h"
 #include "../common/DebugIcons.h"
+#include "../common/DisplayItemMenuEntries.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -18,14 +19,14 @@
 
 using namespace Brennvik;
 using Brennvik::Test::debugIconName;
+using Brennvik::Test::DeleteEntry;
+using Brennvik::Test::InvisibleEntry;
 using Brennvik::Test::rightClick;
+using Brennvik::Test::SelectEntry;
+using Brennvik::Test::VisibleEntry;
 
 namespace {
 
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
 const QStringList ItemEntries{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
 
 // Rows for an item and its subtree, without a dialog: the rows follow their
