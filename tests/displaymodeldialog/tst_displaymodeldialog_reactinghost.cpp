@@ -35,16 +35,7 @@
 #include <optional>
 
 using namespace Brennvik;
-using Brennvik::Test::clickRow;
-using Brennvik::Test::DeleteEntry;
-using Brennvik::Test::doubleClickRow;
-using Brennvik::Test::HostReaction;
-using Brennvik::Test::InvisibleEntry;
-using Brennvik::Test::ReactingItem;
-using Brennvik::Test::ReactingObserver;
-using Brennvik::Test::rowNamed;
-using Brennvik::Test::SelectEntry;
-using Brennvik::Test::VisibleEntry;
+using namespace Brennvik::Test;
 using Access = Brennvik::DisplayModelDialogTestAccess;
 
 namespace {

@@ -53,13 +53,7 @@
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;
-using Brennvik::Test::debugIconName;
-using Brennvik::Test::DeleteEntry;
-using Brennvik::Test::InvisibleEntry;
-using Brennvik::Test::KitEntries;
-using Brennvik::Test::listTexts;
-using Brennvik::Test::SelectEntry;
-using Brennvik::Test::VisibleEntry;
+using namespace Brennvik::Test;
 
 namespace {
 

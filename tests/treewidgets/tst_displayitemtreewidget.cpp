@@ -18,12 +18,7 @@
 #include <QTreeWidgetItemIterator>
 
 using namespace Brennvik;
-using Brennvik::Test::debugIconName;
-using Brennvik::Test::DeleteEntry;
-using Brennvik::Test::InvisibleEntry;
-using Brennvik::Test::rightClick;
-using Brennvik::Test::SelectEntry;
-using Brennvik::Test::VisibleEntry;
+using namespace Brennvik::Test;
 
 namespace {
 
