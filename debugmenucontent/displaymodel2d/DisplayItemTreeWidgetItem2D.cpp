@@ -18,21 +18,15 @@ QIcon* DisplayItemTreeWidgetItem2D::s_notVisibleIcon = nullptr;
 DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidget* parent, std::shared_ptr<DisplayItem2D> item,
                                                          DisplayModel2DDialog* dialog)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
-    , DisplayItem2DObserver()
-    , m_displayItem(std::move(item))
-    , m_dialog(dialog)
 {
-    init();
+    init(std::move(item), dialog);
 }
 
 DisplayItemTreeWidgetItem2D::DisplayItemTreeWidgetItem2D(QTreeWidgetItem* parent, std::shared_ptr<DisplayItem2D> item,
                                                          DisplayModel2DDialog* dialog)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
-    , DisplayItem2DObserver()
-    , m_displayItem(std::move(item))
-    , m_dialog(dialog)
 {
-    init();
+    init(std::move(item), dialog);
 }
 
 DisplayItemTreeWidgetItem2D::~DisplayItemTreeWidgetItem2D()
@@ -45,8 +39,10 @@ std::shared_ptr<DisplayItem2D> DisplayItemTreeWidgetItem2D::getDisplayItem()
     return m_displayItem;
 }
 
-void DisplayItemTreeWidgetItem2D::init()
+void DisplayItemTreeWidgetItem2D::init(std::shared_ptr<DisplayItem2D> item, DisplayModel2DDialog* dialog)
 {
+    m_displayItem = std::move(item);
+    m_dialog = dialog;
     setVisiblityIcon();
     // Set once: a later rename shows only when the tree is rebuilt.
     setText(NameColumn, QString::fromStdString(m_displayItem->getDisplayName()));

@@ -41,12 +41,14 @@ public:
     void onChildRemoved(DisplayItem2D* parent, std::shared_ptr<DisplayItem2D> child) override;
 
 private:
-    void init();
+    /// What both constructors do once the row is in its tree: takes the row's
+    /// data, shows the item and starts observing it.
+    void init(std::shared_ptr<DisplayItem2D> item, DisplayModel2DDialog* dialog);
     static QIcon* getVisibleIcon();
     static QIcon* getNotVisibleIcon();
 
     std::shared_ptr<DisplayItem2D> m_displayItem;
-    DisplayModel2DDialog* m_dialog;
+    DisplayModel2DDialog* m_dialog = nullptr;
 
     static QIcon* s_visibleIcon;
     static QIcon* s_notVisibleIcon;

@@ -21,6 +21,18 @@
 
 namespace Brennvik {
 
+namespace {
+
+// Hands a cloned pane's widgets to the dialog members that name them.
+void keepPaneWidgets(const ClonedPane& pane, QHBoxLayout*& header, QLabel*& title, QTreeWidget*& paneWidget)
+{
+    header = pane.header;
+    title = pane.title;
+    paneWidget = pane.pane;
+}
+
+} // namespace
+
 void DisplayModelDialog::createClonedWidgets()
 {
     m_clonedDisplayItemTreeWidget = addClonedTree(this, m_mainHLayout);
@@ -34,16 +46,13 @@ void DisplayModelDialog::createClonedWidgets()
     const ClonedPane business = addClonedPane(this, m_vl_clonedProperties,
                                               {"m_hl_cloned_business_props", "m_lbl_cloned_business_obj_props",
                                                "Cloned business object properties", "m_businessObjectProperties"});
-    m_hl_cloned_business_props = business.header;
-    m_lbl_cloned_business_obj_props = business.title;
-    m_clonedBusinessObjectProperties = business.pane;
+    keepPaneWidgets(business, m_hl_cloned_business_props, m_lbl_cloned_business_obj_props,
+                    m_clonedBusinessObjectProperties);
 
     const ClonedPane display = addClonedPane(this, m_vl_clonedProperties,
                                              {"m_hl_cloned_display_props", "m_lbl_cloned_display_props",
                                               "Cloned display item properties", "m_clonedDisplayItemProperties"});
-    m_hl_cloned_display_props = display.header;
-    m_lbl_cloned_display_props = display.title;
-    m_clonedDisplayItemProperties = display.pane;
+    keepPaneWidgets(display, m_hl_cloned_display_props, m_lbl_cloned_display_props, m_clonedDisplayItemProperties);
 
     // The form's spacer members now name the cloned headers' spacers, as hosts
     // have always found them; the original spacers stay in their layouts, which own them.

@@ -119,6 +119,12 @@ DisplayItemTreeWidgetItem* DisplayItemTreeWidget::contextItem() const
     return m_contextItem;
 }
 
+std::shared_ptr<DisplayItemInterface> DisplayItemTreeWidget::contextDisplayItem() const
+{
+    DisplayItemTreeWidgetItem* row = contextItem();
+    return row ? row->getDisplayItem() : nullptr;
+}
+
 void DisplayItemTreeWidget::onSelectDisplayItem()
 {
     qDebug().noquote() << "onSelectDisplayItem()";
@@ -137,10 +143,7 @@ void DisplayItemTreeWidget::onSelectDisplayItem()
 void DisplayItemTreeWidget::onDeleteDisplayItem()
 {
     qDebug().noquote() << "onDeleteDisplayItem()";
-    DisplayItemTreeWidgetItem* row = contextItem();
-    if (!row)
-        return;
-    const std::shared_ptr<DisplayItemInterface> item = row->getDisplayItem();
+    const std::shared_ptr<DisplayItemInterface> item = contextDisplayItem();
     if (!item)
         return;
     DisplayItemInterface* parent = item->getParent();
@@ -166,10 +169,7 @@ void DisplayItemTreeWidget::onMakeAllSubtreeItemsVisible()
 
 void DisplayItemTreeWidget::setSubtreeVisible(bool visible)
 {
-    DisplayItemTreeWidgetItem* row = contextItem();
-    if (!row)
-        return;
-    const std::shared_ptr<DisplayItemInterface> item = row->getDisplayItem();
+    const std::shared_ptr<DisplayItemInterface> item = contextDisplayItem();
     if (!item)
         return;
 

@@ -5,10 +5,13 @@
 #include <QPersistentModelIndex>
 #include <QTreeWidget>
 
+#include <memory>
+
 class QAction;
 
 namespace Brennvik {
 
+class DisplayItemInterface;
 class DisplayItemTreeWidgetItem;
 
 /// The tree widget in which the 3D dialogs show display item rows.
@@ -47,6 +50,8 @@ private:
     void onMakeAllSubtreeItemsVisible();
     void setSubtreeVisible(bool visible);
     DisplayItemTreeWidgetItem* contextItem() const;
+    // The item of the menu's row; empty when the row or its item is gone.
+    std::shared_ptr<DisplayItemInterface> contextDisplayItem() const;
 
     QAction* m_selectAction;
     QAction* m_deleteAction;

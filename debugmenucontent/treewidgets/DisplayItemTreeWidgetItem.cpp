@@ -29,26 +29,16 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
                                                      DisplayModelDialog* dialog, bool isDuplicate)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
-    , DisplayItemEventObserver()
-    , m_displayItem(displayItem)
-    , m_dialog(dialog)
-    , m_itemIndex(-1)
-    , m_isDuplicate(isDuplicate)
 {
-    init();
+    init(displayItem, dialog, isDuplicate);
 }
 
 DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidgetItem* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
                                                      DisplayModelDialog* dialog, bool isDuplicate)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
-    , DisplayItemEventObserver()
-    , m_displayItem(displayItem)
-    , m_dialog(dialog)
-    , m_itemIndex(-1)
-    , m_isDuplicate(isDuplicate)
 {
-    init();
+    init(displayItem, dialog, isDuplicate);
 }
 
 DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(const DisplayItemTreeWidgetItem& other)
@@ -215,15 +205,21 @@ void DisplayItemTreeWidgetItem::onDisplayItemsRemovedEvent(const std::set<std::s
     m_dialog->displayItemsRemoved(this, items);
 }
 
-void DisplayItemTreeWidgetItem::init()
+void DisplayItemTreeWidgetItem::init(const std::shared_ptr<DisplayItemInterface>& displayItem,
+                                     DisplayModelDialog* dialog, bool isDuplicate)
 {
+    m_displayItem = displayItem;
+    m_dialog = dialog;
+    m_itemIndex = -1;
+    m_isDuplicate = isDuplicate;
+
     setVisiblityIcon();
 
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
     setText(NameColumn, rowText(item));
 
-    // The constructors set the index to -1 just before, so the index column
-    // stays empty on a new row. Kept so: hosts read the index back through
+    // The index was set to -1 just above, so the index column stays empty on
+    // a new row. Kept so: hosts read the index back through
     // getItemIndex and rely on the column showing nothing.
     if (m_itemIndex >= 0)
         setText(IndexColumn, rowIndexText(m_itemIndex));

@@ -80,7 +80,9 @@ public:
     static constexpr int DifferentVisibilityRole = Qt::UserRole + 300;
 
 private:
-    void init();
+    /// What both constructors do once the row is in its tree: takes the row's
+    /// data, shows the item and starts observing it.
+    void init(const std::shared_ptr<DisplayItemInterface>& displayItem, DisplayModelDialog* dialog, bool isDuplicate);
     // Spelt so on purpose: the rows share this name, and hosts and their
     // tests know it by this spelling.
     void setVisiblityIcon();
@@ -89,9 +91,9 @@ private:
     static void createVisibleIcons();
 
     std::weak_ptr<DisplayItemInterface> m_displayItem;
-    DisplayModelDialog* m_dialog;
-    qint32 m_itemIndex;
-    bool m_isDuplicate;
+    DisplayModelDialog* m_dialog = nullptr;
+    qint32 m_itemIndex = -1;
+    bool m_isDuplicate = false;
     // After the row's own members: only wide parents ever fill it.
     std::unique_ptr<ChildRowIndex> m_childRowIndex;
 

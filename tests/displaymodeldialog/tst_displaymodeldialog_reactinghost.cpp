@@ -18,6 +18,8 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "../common/ContextMenuDriver.h"
+#include "../common/DisplayItemMenuEntries.h"
+#include "../common/ItemWidgetDriver.h"
 #include "../common/ReactingHost.h"
 #include "../common/TestTree.h"
 #include "../common/DisplayModelDialogTestAccess.h"
@@ -35,17 +37,10 @@
 #include <optional>
 
 using namespace Brennvik;
-using Brennvik::Test::HostReaction;
-using Brennvik::Test::ReactingItem;
-using Brennvik::Test::ReactingObserver;
+using namespace Brennvik::Test;
 using Access = Brennvik::DisplayModelDialogTestAccess;
 
 namespace {
-
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
 
 // What the user does.
 enum class Action {
@@ -121,28 +116,6 @@ const std::vector<Operation>& operations()
 std::shared_ptr<ReactingItem> makeItem(const std::string& name)
 {
     return std::make_shared<ReactingItem>(name);
-}
-
-QTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text)
-{
-    const QList<QTreeWidgetItem*> rows = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive, 0);
-    return rows.isEmpty() ? nullptr : rows.first();
-}
-
-void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row)
-{
-    tree->scrollToItem(row);
-    const QPoint pos = tree->visualItemRect(row).center();
-    QTest::mousePress(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-}
-
-void click(QTreeWidget* tree, QTreeWidgetItem* row)
-{
-    tree->scrollToItem(row);
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualItemRect(row).center());
 }
 
 } // namespace
@@ -280,7 +253,7 @@ void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
     const QString rowName = QString::fromLatin1(op.row);
     switch (op.action) {
     case Action::DoubleClick:
-        doubleClick(tree, rowNamed(tree, rowName));
+        doubleClickRow(tree, rowNamed(tree, rowName));
         break;
     case Action::MenuEntry: {
         QTreeWidgetItem* row = rowNamed(tree, rowName);
@@ -296,10 +269,10 @@ void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
         break;
     }
     case Action::Pick:
-        click(tree, rowNamed(tree, rowName));
+        clickRow(tree, rowNamed(tree, rowName));
         break;
     case Action::PickCloned:
-        click(clonedTree, rowNamed(clonedTree, rowName));
+        clickRow(clonedTree, rowNamed(clonedTree, rowName));
         break;
     case Action::FindNext:
         tree->setCurrentItem(nullptr);

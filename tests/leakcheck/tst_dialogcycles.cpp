@@ -20,6 +20,8 @@
 #include <referencehost/plot2d/PlotLabelItem.h>
 
 #include "../common/ContextMenuDriver.h"
+#include "../common/DisplayItemMenuEntries.h"
+#include "../common/ItemWidgetDriver.h"
 #include "../common/Plot2DHost.h"
 #include "../common/TestTree.h"
 
@@ -42,11 +44,6 @@ using namespace Brennvik::Test;
 
 namespace {
 
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
-
 int cycleCount()
 {
     bool ok = false;
@@ -63,15 +60,6 @@ std::shared_ptr<DisplayItem> buildJob()
     findItem(root, "Die")->setBusinessProperty("tool id", "OP20-DIE");
     findItem(root, "Punch")->setBusinessProperty("tool id", "OP10-PU");
     return root;
-}
-
-QTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& name)
-{
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        if ((*it)->text(0) == name)
-            return *it;
-    }
-    return nullptr;
 }
 
 int rowCount(QTreeWidget* tree)
@@ -109,14 +97,6 @@ std::shared_ptr<DisplayItem2D> plotTree(const std::string& root, const std::vect
     for (const std::string& child : children)
         item->appendChild(std::make_shared<DisplayItem2D>(child));
     return item;
-}
-
-QStringList listTexts(const QListWidget* list)
-{
-    QStringList texts;
-    for (int i = 0; i < list->count(); ++i)
-        texts << list->item(i)->text();
-    return texts;
 }
 
 } // namespace

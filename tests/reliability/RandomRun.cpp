@@ -14,7 +14,6 @@
 
 #include "Plot2DHost.h"
 
-#include <QTest>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
@@ -185,16 +184,6 @@ QTreeWidgetItem* RandomRun::pickRow(QTreeWidget* tree)
 {
     const QList<QTreeWidgetItem*> rows = allRows(tree);
     return rows.isEmpty() ? nullptr : rows.at(pick(rows.size()));
-}
-
-void RandomRun::doubleClick(QTreeWidget* tree, QTreeWidgetItem* row)
-{
-    tree->scrollToItem(row);
-    const QPoint pos = tree->visualItemRect(row).center();
-    QTest::mousePress(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
-    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
 }
 
 // ------------------------------------------------------------------ the loop

@@ -224,7 +224,6 @@ private:
 
     void replaceViewModel(std::shared_ptr<SceneViewModel> next);
     void dropDetached();
-    void doubleClick(QTreeWidget* tree, QTreeWidgetItem* row);
     QList<QTreeWidgetItem*> allRows(QTreeWidget* tree) const;
     QTreeWidgetItem* pickRow(QTreeWidget* tree);
     void note(const QString& what);

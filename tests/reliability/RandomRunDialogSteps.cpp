@@ -13,6 +13,8 @@
 #include <referencehost/model/DisplayItem.h>
 #include <referencehost/model/SceneViewModel.h>
 
+#include "ItemWidgetDriver.h"
+
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -240,7 +242,7 @@ QString RandomRun::userClonedDoubleClick()
     if (!target)
         return QString();
     note(QStringLiteral("clonedDoubleClick %1").arg(target->text(0)));
-    doubleClick(tree, target);
+    doubleClickRow(tree, target);
     return QString();
 }
 
@@ -296,7 +298,7 @@ QString RandomRun::user2DDoubleClick()
     offer2DReaction(item);
     {
         const DialogCall call(m_inDialogCall);
-        doubleClick(tree, target);
+        doubleClickRow(tree, target);
     }
     // The toggle came first; the rest is checked against the trees.
     if (m_reacted)

@@ -9,6 +9,7 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "ContextMenuDriver.h"
+#include "DisplayItemMenuEntries.h"
 
 #include <QTest>
 #include <QTreeWidget>
@@ -16,17 +17,6 @@
 #include <algorithm>
 
 namespace Brennvik::Test {
-
-namespace {
-
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
-const QStringList KitEntries{QStringLiteral("Expand recursively"), QStringLiteral("Collapse all"),
-                             QStringLiteral("Copy")};
-
-} // namespace
 
 // The row a context menu opens on and what its entry acts on, taken before the menu opens.
 struct MenuTarget

@@ -30,7 +30,9 @@
 
 #include "ContextMenuDriver.h"
 #include "DebugIcons.h"
+#include "DisplayItemMenuEntries.h"
 #include "DisplayModelDialogTestAccess.h"
+#include "ItemWidgetDriver.h"
 #include "Plot2DHost.h"
 #include "TestTree.h"
 
@@ -51,16 +53,9 @@
 
 using namespace Brennvik;
 using Access = Brennvik::DisplayModelDialogTestAccess;
-using Brennvik::Test::debugIconName;
+using namespace Brennvik::Test;
 
 namespace {
-
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
-const QStringList KitEntries{QStringLiteral("Expand recursively"), QStringLiteral("Collapse all"),
-                             QStringLiteral("Copy")};
 
 // ------------------------------------------------------------------ the 3D fixture
 
@@ -599,14 +594,6 @@ QString shape2D(const QTreeWidget* tree)
     for (int i = 0; i < tree->topLevelItemCount(); ++i)
         rows << shape2D(tree->topLevelItem(i));
     return rows.join(QStringLiteral("; "));
-}
-
-QStringList listTexts(const QListWidget* list)
-{
-    QStringList texts;
-    for (int i = 0; i < list->count(); ++i)
-        texts << list->item(i)->text();
-    return texts;
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include "../common/ContextMenuDriver.h"
 #include "../common/DebugIcons.h"
+#include "../common/DisplayItemMenuEntries.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -17,15 +18,10 @@
 #include <QTreeWidgetItemIterator>
 
 using namespace Brennvik;
-using Brennvik::Test::debugIconName;
-using Brennvik::Test::rightClick;
+using namespace Brennvik::Test;
 
 namespace {
 
-const QString SelectEntry = QStringLiteral("&Select/deselect display item");
-const QString DeleteEntry = QStringLiteral("&Delete display item");
-const QString InvisibleEntry = QStringLiteral("Make subtree invisible");
-const QString VisibleEntry = QStringLiteral("Make subtree visible");
 const QStringList ItemEntries{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
 
 // Rows for an item and its subtree, without a dialog: the rows follow their
