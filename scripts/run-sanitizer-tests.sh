@@ -13,7 +13,9 @@ cmake --build "$build" --parallel "$jobs"
 
 cd "$build"
 export QT_QPA_PLATFORM=offscreen
-export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
+# Freed memory is filled, so that a read of a freed row inside Qt's own
+# (uninstrumented) code fails too.
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1:max_free_fill_size=4096:free_fill_byte=190
 export LSAN_OPTIONS="suppressions=$root/tests/sanitizers/lsan.supp:fast_unwind_on_malloc=0"
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 ctest --output-on-failure --parallel "$jobs"

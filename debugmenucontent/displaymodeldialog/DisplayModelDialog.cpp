@@ -406,7 +406,7 @@ void DisplayModelDialog::navigateToInitialEntry(std::shared_ptr<DisplayItemInter
     for (const RowGuard<DisplayItemTreeWidgetItem>& guardedRow : guardedRows) {
         if (DisplayItemTreeWidgetItem* row = guardedRow.get()) {
             row->setSelected(true);
-            tree->setCurrentItem(row, 0, QItemSelectionModel::NoUpdate);
+            setCurrentRowFollowed(tree, row, QItemSelectionModel::NoUpdate);
         }
         if (DisplayItemTreeWidgetItem* row = guardedRow.get()) {
             row->setExpanded(expand);
@@ -455,7 +455,7 @@ void DisplayModelDialog::onFindDisplayItemClicked()
     QTreeWidgetItem* found = findNextMatchingRow(m_displayItemTreeWidget, m_displayItemTreeWidget->currentItem(),
                                                  *nameFragment, searchValue, watch);
     if (found)
-        m_displayItemTreeWidget->setCurrentItem(found);
+        setCurrentRowFollowed(m_displayItemTreeWidget, found);
 }
 
 void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current)

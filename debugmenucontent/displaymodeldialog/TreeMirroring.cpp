@@ -278,7 +278,10 @@ void ExpandPathWalk::applyPathAction(QTreeWidgetItem* row, PathAction action)
         return;
     switch (action) {
     case PathAction::MakeCurrent:
-        tree->setCurrentItem(row);
+        if (auto* displayItemTree = qobject_cast<DisplayItemTreeWidget*>(tree))
+            setCurrentRowFollowed(displayItemTree, row);
+        else
+            tree->setCurrentItem(row);
         break;
     case PathAction::Expand:
         if (row->childCount() > 0)
