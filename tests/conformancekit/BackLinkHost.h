@@ -1,17 +1,25 @@
 #pragma once
 
-#include "ReferenceConformanceHost.h"
+#include "ReferenceHostWithItems.h"
 
 namespace Brennvik {
 
-/// A broken host for the conformance kit: the reference host with items
-/// whose getChildren() ends with a link back to their parent, the root's to
-/// itself, as in a doubly linked list. Their clones do the same.
-class BackLinkHost : public ReferenceConformanceHost
+/// A reference item whose getChildren() ends with a link back to its parent,
+/// the root's to itself, as in a doubly linked list.
+class BackLinkDisplayItem : public SelfCopyingDisplayItem<BackLinkDisplayItem>
 {
 public:
-    std::string hostName() const override;
-    std::shared_ptr<DisplayItemInterface> makeItem(const std::string& name) override;
+    using SelfCopyingDisplayItem::SelfCopyingDisplayItem;
+
+    DisplayItemList getChildren() const override;
+};
+
+/// A broken host for the conformance kit: the reference host with
+/// BackLinkDisplayItems.
+class BackLinkHost : public ReferenceHostWithItems<BackLinkDisplayItem>
+{
+public:
+    BackLinkHost();
 };
 
 } // namespace Brennvik

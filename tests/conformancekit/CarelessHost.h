@@ -1,17 +1,17 @@
 #pragma once
 
-#include "ReferenceConformanceHost.h"
+#include "CarelessDisplayItem.h"
+#include "ReferenceHostWithItems.h"
 
 namespace Brennvik {
 
 /// A broken host for the conformance kit: the reference host with
 /// CarelessDisplayItems, whose out-parameters and empty-reference handling
 /// are wrong.
-class CarelessHost : public ReferenceConformanceHost
+class CarelessHost : public ReferenceHostWithItems<CarelessDisplayItem>
 {
 public:
-    std::string hostName() const override;
-    std::shared_ptr<DisplayItemInterface> makeItem(const std::string& name) override;
+    CarelessHost();
 };
 
 } // namespace Brennvik

@@ -1,19 +1,17 @@
 #pragma once
 
-#include <conformancekit/ConformanceHost.h>
+#include "DeferredDisplayItem.h"
+#include "TypedConformanceHost.h"
 
 namespace Brennvik {
 
 /// A broken host for the conformance kit: its display items (and its way of
 /// changing the visibility of 2D items) deliver events from the event loop
 /// instead of inside the call that caused them. Everything else is right.
-class DeferredEventsHost : public Conformance::ConformanceHost
+class DeferredEventsHost : public TypedConformanceHost<DeferredDisplayItem>
 {
 public:
     std::string hostName() const override;
-    std::shared_ptr<DisplayItemInterface> makeItem(const std::string& name) override;
-    void appendChild(const std::shared_ptr<DisplayItemInterface>& parent,
-                     const std::shared_ptr<DisplayItemInterface>& child) override;
     void setProperty(const std::shared_ptr<DisplayItemInterface>& item, const std::string& name,
                      const std::string& value) override;
     /// A view model whose clone is a deep copy.

@@ -1,17 +1,25 @@
 #pragma once
 
-#include "ReferenceConformanceHost.h"
+#include "ReferenceHostWithItems.h"
 
 namespace Brennvik {
 
-/// A broken host for the conformance kit: the reference host with items
-/// whose getChildren() ends with an empty reference, as a null-terminated
-/// array would. Their clones do the same.
-class EmptyChildHost : public ReferenceConformanceHost
+/// A reference item whose getChildren() ends with an empty reference, as a
+/// null-terminated array would.
+class EmptyChildDisplayItem : public SelfCopyingDisplayItem<EmptyChildDisplayItem>
 {
 public:
-    std::string hostName() const override;
-    std::shared_ptr<DisplayItemInterface> makeItem(const std::string& name) override;
+    using SelfCopyingDisplayItem::SelfCopyingDisplayItem;
+
+    DisplayItemList getChildren() const override;
+};
+
+/// A broken host for the conformance kit: the reference host with
+/// EmptyChildDisplayItems.
+class EmptyChildHost : public ReferenceHostWithItems<EmptyChildDisplayItem>
+{
+public:
+    EmptyChildHost();
 };
 
 } // namespace Brennvik

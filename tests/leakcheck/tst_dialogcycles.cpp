@@ -23,6 +23,7 @@
 #include "../common/DisplayItemMenuEntries.h"
 #include "../common/ItemWidgetDriver.h"
 #include "../common/Plot2DHost.h"
+#include "../common/ShownWindow.h"
 #include "../common/TestTree.h"
 
 #include <QCheckBox>
@@ -266,9 +267,7 @@ void tst_DialogCycles::useDisplayModel2DDialog(int cycle)
 
     auto dialog = std::make_unique<DisplayModel2DDialog>(host.presenter(), nullptr);
     dialog->setViewModel(host.viewModel());
-    dialog->move(0, 0);
-    dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    QVERIFY(showAtOrigin(*dialog));
     QListWidget* list = dialog->m_plotListWdg;
     QTreeWidget* tree = dialog->m_displayItemTreeWidget;
     QCOMPARE(listTexts(list), (QStringList{"Plot at (10, 20)", "Plot at (300, 40)", "PlotLabel at (5, 50)"}));

@@ -34,6 +34,7 @@
 #include "DisplayModelDialogTestAccess.h"
 #include "ItemWidgetDriver.h"
 #include "Plot2DHost.h"
+#include "ShownWindow.h"
 #include "TestTree.h"
 
 #include <QAbstractItemModelTester>
@@ -983,9 +984,7 @@ void tst_GoneItems::model2DViewModelReleased()
     viewModel->labelDisplayModel().setRootDisplayItem(std::make_shared<DisplayItem>("Labels"));
     DisplayModel2DDialog dialog(host.presenter(), nullptr);
     dialog.setViewModel(host.viewModel());
-    dialog.move(0, 0);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAtOrigin(dialog));
     QCOMPARE(listTexts(dialog.m_plotListWdg), (QStringList{"Plot at (10, 10)", "PlotLabel at (50, 60)"}));
 
     dialog.setViewModel(viewModel);
@@ -1018,9 +1017,7 @@ void tst_GoneItems::model2DEmptyModels()
     host.show();
     BkHQWidget2D* plot = host.addPlot(QPoint(10, 10), plotTree("plot"));
     DisplayModel2DDialog dialog(host.presenter(), nullptr);
-    dialog.move(0, 0);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAtOrigin(dialog));
     QAbstractItemModelTester tester(dialog.m_displayItemTreeWidget->model(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest);
     QVERIFY(dialog.m_displayItemTreeWidget->topLevelItemCount() == 1);
@@ -1059,9 +1056,7 @@ void tst_GoneItems::model2DRowsKeepTheirItems()
     host.show();
     BkHQWidget2D* plot = host.addPlot(QPoint(10, 10), plotTree("old"));
     DisplayModel2DDialog dialog(host.presenter(), nullptr);
-    dialog.move(0, 0);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAtOrigin(dialog));
     DisplayModel2D* model = Test::Plot2DHost::modelOf(plot);
     std::weak_ptr<DisplayItem2D> oldRoot = model->getRootDisplayItem();
     model->setRootDisplayItem(plotTree("new"));
@@ -1096,9 +1091,7 @@ void tst_GoneItems::model2DCurrentRowBelowARemovedRowEmptiesThePanes()
     host.show();
     BkHQWidget2D* plot = host.addPlot(QPoint(10, 10), plotTree("plot"));
     DisplayModel2DDialog dialog(host.presenter(), nullptr);
-    dialog.move(0, 0);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAtOrigin(dialog));
     QTreeWidget* tree = dialog.m_displayItemTreeWidget;
     auto root = Test::Plot2DHost::modelOf(plot)->getRootDisplayItem();
     auto curve = root->getChildren().front();
@@ -1128,9 +1121,7 @@ void tst_GoneItems::model2DListRowOfAGoneSource()
     auto labelItem = host.addLabel("label", Vector<float, 3>(50.0f, -300.0f, 0.0f), plotTree("label plot"));
     DisplayModel2DDialog dialog(host.presenter(), nullptr);
     dialog.setViewModel(host.viewModel());
-    dialog.move(0, 0);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAtOrigin(dialog));
     QCOMPARE(listTexts(dialog.m_plotListWdg),
              (QStringList{"Plot at (10, 10)", "Plot at (10, 200)", "PlotLabel at (50, 300)"}));
 

@@ -150,6 +150,18 @@ void addTextRow(const QString& objectName, const QString& part, const QString& g
     QTest::newRow(qPrintable(objectName + QLatin1Char(' ') + part)) << objectName << part << german << english;
 }
 
+/// The rows of the item tree and the two property panes, which both dialogs lay out alike.
+void addItemTreeAndPropertyPaneRows()
+{
+    addTextRow("label_2", "text", "Eigenschaften des Geschäftsobjekts", "Business object properties");
+    addTextRow("label", "text", "Eigenschaften des Anzeigeelements", "Display item properties");
+    addTextRow("m_displayItemTreeWidget", "header:0", "Anzeigeelemente", "Display items");
+    addTextRow("m_businessObjectProperties", "header:0", "Name", "Name");
+    addTextRow("m_businessObjectProperties", "header:1", "Wert", "Value");
+    addTextRow("m_displayItemProperties", "header:0", "Name", "Name");
+    addTextRow("m_displayItemProperties", "header:1", "Wert", "Value");
+}
+
 } // namespace
 
 class tst_Translations : public QObject
@@ -282,13 +294,7 @@ void tst_Translations::displayModelDialogTexts_data()
     addTextRow("m_showCloneIn3dCheckBox", "text", "Klon in der 3D-Ansicht zeigen", "Show Clone in 3D View");
     addTextRow("m_propertyCompareMode", "text", "Nur Eigenschaften gespiegelter Elemente vergleichen",
                "Only compare mirrored item properties");
-    addTextRow("label_2", "text", "Eigenschaften des Geschäftsobjekts", "Business object properties");
-    addTextRow("label", "text", "Eigenschaften des Anzeigeelements", "Display item properties");
-    addTextRow("m_displayItemTreeWidget", "header:0", "Anzeigeelemente", "Display items");
-    addTextRow("m_businessObjectProperties", "header:0", "Name", "Name");
-    addTextRow("m_businessObjectProperties", "header:1", "Wert", "Value");
-    addTextRow("m_displayItemProperties", "header:0", "Name", "Name");
-    addTextRow("m_displayItemProperties", "header:1", "Wert", "Value");
+    addItemTreeAndPropertyPaneRows();
     // The dialog adds its search criteria without looking them up.
     addTextRow("m_searchTypeCB", "item:0", "Any (*)", "Any (*)");
     addTextRow("m_searchTypeCB", "item:1", "pointer", "pointer");
@@ -350,13 +356,7 @@ void tst_Translations::displayModel2DDialogTexts_data()
     addTextRow("DisplayModel2DDialogClass", "windowTitle", "2D-Anzeigemodell-Dialog", "DisplayModel2DDialog");
     addTextRow("m_updateListPB", "text", "Liste aktualisieren", "Update List");
     addTextRow("groupBox", "title", "Anzeigeelemente", "Display items");
-    addTextRow("label_2", "text", "Eigenschaften des Geschäftsobjekts", "Business object properties");
-    addTextRow("label", "text", "Eigenschaften des Anzeigeelements", "Display item properties");
-    addTextRow("m_displayItemTreeWidget", "header:0", "Anzeigeelemente", "Display items");
-    addTextRow("m_businessObjectProperties", "header:0", "Name", "Name");
-    addTextRow("m_businessObjectProperties", "header:1", "Wert", "Value");
-    addTextRow("m_displayItemProperties", "header:0", "Name", "Name");
-    addTextRow("m_displayItemProperties", "header:1", "Wert", "Value");
+    addItemTreeAndPropertyPaneRows();
 }
 
 void tst_Translations::displayModel2DDialogTexts()
