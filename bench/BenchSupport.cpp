@@ -219,8 +219,8 @@ void buildFloorRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayIte
 
 } // namespace
 
-std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
-                           std::vector<QTreeWidgetItem*>* itemRows, std::vector<QTreeWidgetItem*>* allRows)
+std::size_t buildSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
+                                   std::vector<QTreeWidgetItem*>* itemRows, std::vector<QTreeWidgetItem*>* allRows)
 {
     auto* top = new QTreeWidgetItem(QStringList{rowTextOf(root)});
     top->setIcon(0, root->isVisible() ? rowIcons().visible : rowIcons().notVisible);
@@ -237,7 +237,7 @@ std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemI
     return rows;
 }
 
-std::size_t buildPlainFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root)
+std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root)
 {
     auto* top = new QTreeWidgetItem(QStringList{rowTextOf(root)});
     top->setIcon(0, root->isVisible() ? rowIcons().visible : rowIcons().notVisible);
@@ -259,6 +259,11 @@ std::size_t buildPlainFloorTree(QTreeWidget* tree, const std::shared_ptr<Display
     tree->addTopLevelItem(top);
     top->setExpanded(true);
     return rows;
+}
+
+std::size_t fillSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root)
+{
+    return buildSameRowsFloorTree(tree, root);
 }
 
 std::size_t countRows(QTreeWidget* tree)

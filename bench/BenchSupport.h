@@ -111,20 +111,27 @@ QString rowTextOf(const std::shared_ptr<DisplayItemInterface>& item);
 QTreeWidgetItem* makeFloorRow(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item,
                               bool duplicate);
 
-/// Fills \a tree with bare rows of the shape the dialog builds: one row per
-/// item in pre-order and, under each geometry module, a duplicate row for
-/// every geometry item it lists (after a "Geometry" child). Walks the model
-/// through the host calls. \a itemRows, when given, receives the rows of the
-/// items in pre-order (duplicates left out); \a allRows every row.
-/// Returns the number of rows.
-std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
-                           std::vector<QTreeWidgetItem*>* itemRows = nullptr,
-                           std::vector<QTreeWidgetItem*>* allRows = nullptr);
+/// The floor of a tree: fills \a tree with one bare row per item of \a
+/// root's subtree in pre-order, each with the item's column-0 text and
+/// visibility icon, walking the model through the host calls; the rows are
+/// built detached and the whole subtree is inserted once. No geometry
+/// duplicates. Returns the number of rows.
+std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root);
 
-/// Fills \a tree with one bare row per item of \a root's subtree, without
-/// the duplicate rows of geometry modules (the shape of the clone comparison
-/// dialog's trees). Returns the number of rows.
-std::size_t buildPlainFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root);
+/// The same bare rows in the shape the display model dialog builds: also,
+/// under each geometry module, a duplicate row for every geometry item it
+/// lists (after a "Geometry" child), so that the floor has exactly the
+/// library's rows. \a itemRows, when given, receives the rows of the items
+/// in pre-order (duplicates left out); \a allRows every row. Returns the
+/// number of rows.
+std::size_t buildSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
+                                   std::vector<QTreeWidgetItem*>* itemRows = nullptr,
+                                   std::vector<QTreeWidgetItem*>* allRows = nullptr);
+
+/// A way to fill a bare tree from a root item; returns the number of rows.
+using FloorFill = std::size_t (*)(QTreeWidget*, const std::shared_ptr<DisplayItemInterface>&);
+/// buildSameRowsFloorTree without the row lists, as a FloorFill.
+std::size_t fillSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root);
 
 /// All rows of \a tree.
 std::size_t countRows(QTreeWidget* tree);

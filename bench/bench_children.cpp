@@ -48,7 +48,7 @@ std::unique_ptr<DisplayModelDialog> showDialog(const WideModel& model)
 
 QTreeWidgetItem* showFloor(QTreeWidget* tree, const WideModel& model, std::size_t& rows)
 {
-    rows = buildFloorTree(tree, model.root);
+    rows = buildSameRowsFloorTree(tree, model.root);
     QTreeWidgetItem* parentRow = tree->topLevelItem(0)->child(0);
     parentRow->setExpanded(true);
     settle();

@@ -97,7 +97,7 @@ void findFloor(benchmark::State& state, long n)
     std::unique_ptr<QTreeWidget> tree = makeFloorTreeWidget();
     std::vector<QTreeWidgetItem*> itemRows;
     Recorder recorder;
-    recorder.setRows(buildFloorTree(tree.get(), root, &itemRows));
+    recorder.setRows(buildSameRowsFloorTree(tree.get(), root, &itemRows));
     settle();
 
     for (auto _ : state) {

@@ -90,7 +90,7 @@ void subtreeInvisibleFloor(benchmark::State& state, long n)
         restore(before, visible);
         std::unique_ptr<QTreeWidget> tree = makeFloorTreeWidget();
         std::vector<QTreeWidgetItem*> allRows;
-        recorder.setRows(buildFloorTree(tree.get(), root, nullptr, &allRows));
+        recorder.setRows(buildSameRowsFloorTree(tree.get(), root, nullptr, &allRows));
         tree->scrollToTop();
         settle();
 

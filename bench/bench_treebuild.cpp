@@ -1,6 +1,7 @@
 // Building the tree: DisplayModelDialog::setViewModel on a shown dialog
-// against a shown bare QTreeWidget filled with rows of the same shape, text
-// and icon.
+// against a shown bare QTreeWidget filled with one row per item, text and
+// icon (the floor), and against one filled with the library's very rows,
+// geometry duplicates included.
 
 #include "BenchSupport.h"
 
@@ -40,7 +41,7 @@ void treeBuildLibrary(benchmark::State& state, long n)
     recorder.finish(state, n);
 }
 
-void treeBuildFloor(benchmark::State& state, long n)
+void treeBuildFloor(benchmark::State& state, long n, FloorFill fill)
 {
     const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
     const std::shared_ptr<DisplayItemInterface> root = model->getDisplayModel()->getRootDisplayItem();
@@ -53,7 +54,7 @@ void treeBuildFloor(benchmark::State& state, long n)
         memory.reset();
         QElapsedTimer timer;
         timer.start();
-        const std::size_t rows = buildFloorTree(tree.get(), root);
+        const std::size_t rows = fill(tree.get(), root);
         settle();
         state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
         recorder.add(memory);
@@ -69,7 +70,10 @@ void registerTreeBuild(const Config& config)
 {
     for (long n : config.sizes) {
         registerCase("TreeBuild", "Library", n, [n](benchmark::State& state) { treeBuildLibrary(state, n); });
-        registerCase("TreeBuild", "Floor", n, [n](benchmark::State& state) { treeBuildFloor(state, n); });
+        registerCase("TreeBuild", "Floor", n,
+                     [n](benchmark::State& state) { treeBuildFloor(state, n, &buildFloorTree); });
+        registerCase("TreeBuild", "FloorSameRows", n,
+                     [n](benchmark::State& state) { treeBuildFloor(state, n, &fillSameRowsFloorTree); });
     }
 }
 

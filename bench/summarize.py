@@ -4,10 +4,13 @@
     summarize.py RAW.json [--markdown OUT.md] [--json OUT.json]
 
 RAW.json is the --benchmark_out file of brennvik_bench. Benchmarks are named
-"<Scenario>/<Library|Floor>/<N>[/...]". For every scenario and N the summary
-holds both times (ms), their ratio, both peak resident sets and what the
-measured part added to them (MiB); for every scenario the growth exponent
-log(t2/t1)/log(N2/N1) between its smallest and largest N.
+"<Scenario>/<Library|Floor|FloorSameRows>/<N>[/...]". For every scenario and
+N the summary holds both times (ms), their ratio, the time and the added
+memory per row of each side and the ratio per row, both peak resident sets
+and what the measured part added to them (MiB); for every scenario the
+growth exponent log(t2/t1)/log(N2/N1) between its smallest and largest N,
+and whether it stays within N log N. FloorSameRows, where a scenario has it,
+is a second floor built with exactly the library's rows.
 
 A case run several times (--large-repetitions) counts with the median of its
 runs; the summary also keeps every run's time, and the table shows the range.
@@ -21,7 +24,8 @@ import re
 import statistics
 import sys
 
-NAME = re.compile(r"^(?P<scenario>[^/]+)/(?P<side>Library|Floor)/(?P<n>\d+)(/|$)")
+NAME = re.compile(r"^(?P<scenario>[^/]+)/(?P<side>Library|FloorSameRows|Floor)/(?P<n>\d+)(/|$)")
+MIB = 1024 * 1024
 TO_MS = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
 
 
@@ -80,45 +84,89 @@ def exponent(t1, t2, n1, n2):
     return math.log(t2 / t1) / math.log(n2 / n1)
 
 
+def n_log_n_exponent(n1, n2):
+    """The growth exponent of N log N between n1 and n2 (1.09 from 10,000 to 1,000,000)."""
+    return math.log((n2 * math.log(n2)) / (n1 * math.log(n1))) / math.log(n2 / n1)
+
+
+def per_row(value, rows, scale=1.0):
+    if value is None or not rows:
+        return None
+    return value * scale / rows
+
+
+def quotient(a, b):
+    return a / b if a and b else None
+
+
+# Scenarios whose floor has one row per item while the library also shows
+# geometry duplicates; compared per row.
+ROW_SHAPED_FLOORS = ("TreeBuild", "CloneMode")
+
+
+def result_of(scenario, n, cell):
+    lib = cell.get("Library", {})
+    floor = cell.get("Floor", {})
+    same = cell.get("FloorSameRows", {})
+    lib_ms, floor_ms = lib.get("ms"), floor.get("ms")
+    lib_ns_row = per_row(lib_ms, lib.get("rows"), 1e6)
+    floor_ns_row = per_row(floor_ms, floor.get("rows"), 1e6)
+    result = {
+        "scenario": scenario,
+        "n": n,
+        "library_ms": lib_ms,
+        "floor_ms": floor_ms,
+        "ratio": quotient(lib_ms, floor_ms),
+        "library_rows": lib.get("rows"),
+        "floor_rows": floor.get("rows"),
+        "library_ns_per_row": lib_ns_row,
+        "floor_ns_per_row": floor_ns_row,
+        "per_row_ratio": quotient(lib_ns_row, floor_ns_row),
+        "library_peak_mib": lib.get("peak_mib"),
+        "floor_peak_mib": floor.get("peak_mib"),
+        "library_added_mib": lib.get("added_mib"),
+        "floor_added_mib": floor.get("added_mib"),
+        "library_added_bytes_per_row": per_row(lib.get("added_mib"), lib.get("rows"), MIB),
+        "floor_added_bytes_per_row": per_row(floor.get("added_mib"), floor.get("rows"), MIB),
+        "same_rows_floor_ms": same.get("ms"),
+        "same_rows_ratio": quotient(lib_ms, same.get("ms")),
+        "same_rows_floor_runs_ms": same.get("runs_ms"),
+        "same_rows_floor_added_bytes_per_row": per_row(same.get("added_mib"), same.get("rows"), MIB),
+        "rows": lib.get("rows"),
+        "iterations": lib.get("iterations"),
+        "library_runs_ms": lib.get("runs_ms"),
+        "floor_runs_ms": floor.get("runs_ms"),
+        "errors": [f"{side}: {c['error']}" for side, c in cell.items() if "error" in c],
+    }
+    # The floor meant to have the library's rows must have them: the
+    # same-rows floor where there is one, else the floor itself unless it has
+    # one row per item by design.
+    matched = same if same else ({} if scenario in ROW_SHAPED_FLOORS else floor)
+    if lib.get("rows") is not None and matched.get("rows") is not None and lib["rows"] != matched["rows"]:
+        result["errors"].append(f"rows differ: library {lib['rows']:.0f}, floor {matched['rows']:.0f}")
+    return result
+
+
 def summarize(context, order, cells):
     results = []
     growth = []
     for scenario in order:
         sizes = sorted(n for (s, n) in cells if s == scenario)
         for n in sizes:
-            cell = cells[(scenario, n)]
-            lib = cell.get("Library", {})
-            floor = cell.get("Floor", {})
-            lib_ms, floor_ms = lib.get("ms"), floor.get("ms")
-            results.append({
-                "scenario": scenario,
-                "n": n,
-                "library_ms": lib_ms,
-                "floor_ms": floor_ms,
-                "ratio": lib_ms / floor_ms if lib_ms and floor_ms else None,
-                "library_peak_mib": lib.get("peak_mib"),
-                "floor_peak_mib": floor.get("peak_mib"),
-                "library_added_mib": lib.get("added_mib"),
-                "floor_added_mib": floor.get("added_mib"),
-                "rows": lib.get("rows"),
-                "iterations": lib.get("iterations"),
-                "library_runs_ms": lib.get("runs_ms"),
-                "floor_runs_ms": floor.get("runs_ms"),
-                "errors": [f"{side}: {c['error']}" for side, c in cell.items() if "error" in c],
-            })
-            # Both sides must have worked on trees of the same size.
-            if lib.get("rows") is not None and floor.get("rows") is not None and lib["rows"] != floor["rows"]:
-                results[-1]["errors"].append(f"rows differ: library {lib['rows']:.0f}, floor {floor['rows']:.0f}")
+            results.append(result_of(scenario, n, cells[(scenario, n)]))
         timed = [n for n in sizes if cells[(scenario, n)].get("Library", {}).get("ms")]
         if len(timed) >= 2:
             n1, n2 = timed[0], timed[-1]
             c1, c2 = cells[(scenario, n1)], cells[(scenario, n2)]
+            library_exponent = exponent(c1["Library"].get("ms"), c2["Library"].get("ms"), n1, n2)
             growth.append({
                 "scenario": scenario,
                 "n_from": n1,
                 "n_to": n2,
-                "library_exponent": exponent(c1["Library"].get("ms"), c2["Library"].get("ms"), n1, n2),
+                "library_exponent": library_exponent,
                 "floor_exponent": exponent(c1.get("Floor", {}).get("ms"), c2.get("Floor", {}).get("ms"), n1, n2),
+                "n_log_n_exponent": n_log_n_exponent(n1, n2),
+                "within_n_log_n": library_exponent is not None and library_exponent <= n_log_n_exponent(n1, n2),
             })
     # Not "library_build_type": that is the benchmark framework's own build, not the code measured.
     keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg")
@@ -145,6 +193,64 @@ def memory(peak, added):
     return f"{peak:,.0f} (+{added:,.0f})" if added is not None else f"{peak:,.0f}"
 
 
+def ratio_text(value):
+    return f"{value:.2f}×" if value is not None else "–"
+
+
+def rows_text(r):
+    lib, floor = r.get("library_rows"), r.get("floor_rows")
+    if lib is None:
+        return "–"
+    if floor is None or floor == lib:
+        return f"{lib:,.0f}"
+    return f"{lib:,.0f} / {floor:,.0f}"
+
+
+def growth_text(g):
+    mark = "" if g["within_n_log_n"] else " ⚠ above N log N"
+    return f"{fmt(g['library_exponent'], 2)} / {fmt(g['floor_exponent'], 2)}{mark}"
+
+
+def time_table(summary):
+    growth = {g["scenario"]: g for g in summary["growth"]}
+    lines = ["| scenario | N | rows library / floor | library ms | floor ms | ratio | per row | growth library / floor |",
+             "|---|---:|---:|---:|---:|---:|---:|---:|"]
+    for r in summary["results"]:
+        g = growth.get(r["scenario"])
+        grow = growth_text(g) if g and r["n"] == g["n_to"] else "–"
+        note = f" ⚠ {'; '.join(r['errors'])}" if r["errors"] else ""
+        lines.append(f"| {r['scenario']} | {r['n']:,} | {rows_text(r)} | "
+                     f"{timing(r['library_ms'], r['library_runs_ms'])} | "
+                     f"{timing(r['floor_ms'], r['floor_runs_ms'])} | {ratio_text(r['ratio'])} | "
+                     f"{ratio_text(r['per_row_ratio'])} | {grow}{note} |")
+    return lines
+
+
+def same_rows_table(summary):
+    rows = [r for r in summary["results"] if r.get("same_rows_floor_ms") is not None]
+    if not rows:
+        return []
+    lines = ["Floors with exactly the library's rows (geometry duplicates included):", "",
+             "| scenario | N | same-rows floor ms | ratio | floor added bytes per row |", "|---|---:|---:|---:|---:|"]
+    for r in rows:
+        lines.append(f"| {r['scenario']} | {r['n']:,} | "
+                     f"{timing(r['same_rows_floor_ms'], r['same_rows_floor_runs_ms'])} | "
+                     f"{ratio_text(r['same_rows_ratio'])} | {fmt(r['same_rows_floor_added_bytes_per_row'], 0)} |")
+    return lines + [""]
+
+
+def memory_table(summary):
+    lines = ["| scenario | N | peak MiB (+added) | floor peak MiB (+added) | added bytes per row library / floor |",
+             "|---|---:|---:|---:|---:|"]
+    for r in summary["results"]:
+        per_row_bytes = (f"{fmt(r['library_added_bytes_per_row'], 0)} / "
+                         f"{fmt(r['floor_added_bytes_per_row'], 0)}")
+        lines.append(f"| {r['scenario']} | {r['n']:,} | "
+                     f"{memory(r['library_peak_mib'], r['library_added_mib'])} | "
+                     f"{memory(r['floor_peak_mib'], r['floor_added_mib'])} | {per_row_bytes} |")
+    return lines
+
+
 def markdown(summary):
     ctx = summary["context"]
     lines = ["# Benchmark results", ""]
@@ -153,26 +259,20 @@ def markdown(summary):
         lines.append(f"Run {ctx.get('date', '?')} on {ctx.get('num_cpus', '?')} CPUs at "
                      f"{ctx.get('mhz_per_cpu', '?')} MHz, load average {load or '?'}.")
         lines.append("")
-    growth = {g["scenario"]: g for g in summary["growth"]}
-    lines.append("| scenario | N | library ms | floor ms | ratio | peak MiB (+added) | floor peak MiB (+added) | growth library / floor |")
-    lines.append("|---|---:|---:|---:|---:|---:|---:|---:|")
-    for r in summary["results"]:
-        g = growth.get(r["scenario"])
-        grow = "–"
-        if g and r["n"] == g["n_to"]:
-            grow = f"{fmt(g['library_exponent'], 2)} / {fmt(g['floor_exponent'], 2)}"
-        ratio = f"{r['ratio']:.2f}×" if r["ratio"] is not None else "–"
-        note = f" ⚠ {'; '.join(r['errors'])}" if r["errors"] else ""
-        lines.append(f"| {r['scenario']} | {r['n']:,} | {timing(r['library_ms'], r['library_runs_ms'])} | "
-                     f"{timing(r['floor_ms'], r['floor_runs_ms'])} | {ratio} | "
-                     f"{memory(r['library_peak_mib'], r['library_added_mib'])} | "
-                     f"{memory(r['floor_peak_mib'], r['floor_added_mib'])} | {grow}{note} |")
+    lines += time_table(summary)
     lines.append("")
-    lines.append("Times are wall-clock per run of the measured part only. Growth is "
-                 "log(t2/t1)/log(N2/N1) from the smallest to the largest N: 1 is linear, 2 quadratic.")
+    lines.append("Times are wall-clock per run of the measured part only. \"Per row\" divides the "
+                 "time per row of each side. Growth is log(t2/t1)/log(N2/N1) from the smallest to "
+                 "the largest N: 1 is linear, 2 quadratic; N log N is 1.09 from 10,000 to 1,000,000.")
     if any(len(r.get("library_runs_ms") or []) > 1 for r in summary["results"]):
         lines.append("Where a case ran several times, its time is the median of the runs, with the "
                      "fastest and the slowest in brackets; the ratio divides the medians.")
+    lines.append("")
+    lines += same_rows_table(summary)
+    lines += memory_table(summary)
+    lines.append("")
+    lines.append("Memory is the largest of the runs. Added bytes per row divide what the measured part "
+                 "added to the resident set by the rows of that side.")
     return "\n".join(lines) + "\n"
 
 
