@@ -12,9 +12,9 @@
 
 #include <QLatin1String>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 
 #include <cstddef>
+#include <memory_resource>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -63,7 +63,11 @@ void buildSubtreeRows(DisplayModelDialog* dialog, DisplayItemTreeWidgetItem* par
 {
     if (!parentRow || !item)
         return;
-    std::unordered_set<const DisplayItemInterface*> onPath{item.get()};
+    // The path set takes and drops a node per row; a pool hands the same few
+    // nodes round instead of asking the heap each time.
+    std::pmr::unsynchronized_pool_resource pathNodes;
+    std::pmr::unordered_set<const DisplayItemInterface*> onPath{&pathNodes};
+    onPath.insert(item.get());
     std::vector<BuildFrame> stack;
     stack.push_back({parentRow, item, item->getChildren(), 0, 0, geometrySeen, duplicate, false});
     while (!stack.empty() && !watch.rowsRemoved()) {
@@ -122,10 +126,24 @@ std::vector<DisplayItemTreeWidgetItem*> rowsShowing(QTreeWidget* tree,
                                                     const std::shared_ptr<DisplayItemInterface>& item)
 {
     std::vector<DisplayItemTreeWidgetItem*> rows;
-    for (QTreeWidgetItemIterator it(tree); item && *it; ++it) {
-        auto* row = DisplayItemTreeWidgetItem::asDisplayItemRow(*it);
+    if (!tree || !item)
+        return rows;
+    // Pre-order over the rows with a stack of next children: the tree may be
+    // far deeper than the call stack, and Qt's item iterator costs several
+    // times as much per row.
+    std::vector<std::pair<QTreeWidgetItem*, int>> pending{{tree->invisibleRootItem(), 0}};
+    while (!pending.empty()) {
+        auto& [parent, next] = pending.back();
+        if (next == parent->childCount()) {
+            pending.pop_back();
+            continue;
+        }
+        QTreeWidgetItem* child = parent->child(next++);
+        auto* row = DisplayItemTreeWidgetItem::asDisplayItemRow(child);
         if (row && row->showsDisplayItem(item))
             rows.push_back(row);
+        if (child->childCount() > 0)
+            pending.emplace_back(child, 0);
     }
     return rows;
 }
