@@ -335,15 +335,17 @@ void DisplayModelDialog::displayItemAdded(DisplayItemTreeWidgetItem* parentRow,
     addChildRecursively(parentRow, item, parentRow->isDuplicate());
 }
 
+// Every row of a hidden subtree reports here; comparing the current row's
+// address spares a cast per row.
 void DisplayModelDialog::displayItemModified(DisplayItemTreeWidgetItem* row)
 {
-    if (row && dynamic_cast<DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->currentItem()) == row)
+    if (row && m_displayItemTreeWidget->currentItem() == row)
         printProperties(row);
 }
 
 void DisplayModelDialog::displayItemModified(EditModelTreeWidgetItem* row)
 {
-    if (row && dynamic_cast<EditModelTreeWidgetItem*>(m_displayItemTreeWidget->currentItem()) == row)
+    if (row && m_displayItemTreeWidget->currentItem() == row)
         printProperties(row);
 }
 
