@@ -186,20 +186,27 @@ QTreeWidgetItem* makeFloorRow(QTreeWidgetItem* parentRow, const std::shared_ptr<
 
 namespace {
 
+// Notes a new row of \a item in \a out, when given.
+void noteRow(FloorRows* out, QTreeWidgetItem* row, const std::shared_ptr<DisplayItemInterface>& item, bool duplicate)
+{
+    if (!out)
+        return;
+    if (!duplicate)
+        out->itemRows.push_back(row);
+    out->allRows.push_back(row);
+    out->allItems.push_back(item);
+}
+
 // The dialog's rule: once a "Geometry" child is built, it holds for the later
 // siblings' subtrees too, and a geometry module then lists its geometry again.
 void buildFloorRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item, bool geometrySeen,
-                    bool duplicate, std::size_t& rows, std::vector<QTreeWidgetItem*>* itemRows,
-                    std::vector<QTreeWidgetItem*>* allRows)
+                    bool duplicate, std::size_t& rows, FloorRows* out)
 {
     for (const std::shared_ptr<DisplayItemInterface>& child : item->getChildren()) {
         QTreeWidgetItem* row = makeFloorRow(parentRow, child, duplicate);
         ++rows;
-        if (itemRows && !duplicate)
-            itemRows->push_back(row);
-        if (allRows)
-            allRows->push_back(row);
-        buildFloorRows(row, child, geometrySeen, duplicate, rows, itemRows, allRows);
+        noteRow(out, row, child, duplicate);
+        buildFloorRows(row, child, geometrySeen, duplicate, rows, out);
         if (!geometrySeen && row->text(0) == QLatin1String("Geometry"))
             geometrySeen = true;
     }
@@ -211,25 +218,20 @@ void buildFloorRows(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayIte
     for (const std::shared_ptr<DisplayItemInterface>& entry : module->getGeometryDisplayItems()) {
         QTreeWidgetItem* row = makeFloorRow(parentRow, entry, true);
         ++rows;
-        if (allRows)
-            allRows->push_back(row);
-        buildFloorRows(row, entry, true, true, rows, itemRows, allRows);
+        noteRow(out, row, entry, true);
+        buildFloorRows(row, entry, true, true, rows, out);
     }
 }
 
 } // namespace
 
-std::size_t buildSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
-                                   std::vector<QTreeWidgetItem*>* itemRows, std::vector<QTreeWidgetItem*>* allRows)
+std::size_t buildSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root, FloorRows* out)
 {
     auto* top = new QTreeWidgetItem(QStringList{rowTextOf(root)});
     top->setIcon(0, root->isVisible() ? rowIcons().visible : rowIcons().notVisible);
     std::size_t rows = 1;
-    if (itemRows)
-        itemRows->push_back(top);
-    if (allRows)
-        allRows->push_back(top);
-    buildFloorRows(top, root, false, false, rows, itemRows, allRows);
+    noteRow(out, top, root, false);
+    buildFloorRows(top, root, false, false, rows, out);
     // Attached last: a whole subtree enters the view in one insertion, the
     // cheapest way a bare tree can take it.
     tree->addTopLevelItem(top);
@@ -244,11 +246,12 @@ std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemI
     std::size_t rows = 1;
     // An explicit stack: one row per item in pre-order, children in order.
     std::vector<std::pair<QTreeWidgetItem*, std::shared_ptr<DisplayItemInterface>>> pending{{top, root}};
+    std::vector<QTreeWidgetItem*> childRows;
     while (!pending.empty()) {
         const auto [row, item] = pending.back();
         pending.pop_back();
         const DisplayItemList children = item->getChildren();
-        std::vector<QTreeWidgetItem*> childRows;
+        childRows.clear();
         for (const std::shared_ptr<DisplayItemInterface>& child : children) {
             childRows.push_back(makeFloorRow(row, child, false));
             ++rows;

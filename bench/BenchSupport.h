@@ -3,6 +3,8 @@
 // Shared pieces of the scale benchmarks: the models, the bare-tree floor,
 // the peak-memory probe and the bookkeeping of counters.
 
+#include <hostcontract/HostTypes.h>
+
 #include <QIcon>
 #include <QString>
 
@@ -118,15 +120,25 @@ QTreeWidgetItem* makeFloorRow(QTreeWidgetItem* parentRow, const std::shared_ptr<
 /// duplicates. Returns the number of rows.
 std::size_t buildFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root);
 
+/// What buildSameRowsFloorTree can report of the rows it made, each in
+/// pre-order.
+struct FloorRows
+{
+    /// The rows of the items, duplicates left out.
+    std::vector<QTreeWidgetItem*> itemRows;
+    /// Every row, duplicates included.
+    std::vector<QTreeWidgetItem*> allRows;
+    /// The item of each of allRows.
+    DisplayItemList allItems;
+};
+
 /// The same bare rows in the shape the display model dialog builds: also,
 /// under each geometry module, a duplicate row for every geometry item it
 /// lists (after a "Geometry" child), so that the floor has exactly the
-/// library's rows. \a itemRows, when given, receives the rows of the items
-/// in pre-order (duplicates left out); \a allRows every row. Returns the
+/// library's rows. \a rows, when given, receives the rows made. Returns the
 /// number of rows.
 std::size_t buildSameRowsFloorTree(QTreeWidget* tree, const std::shared_ptr<DisplayItemInterface>& root,
-                                   std::vector<QTreeWidgetItem*>* itemRows = nullptr,
-                                   std::vector<QTreeWidgetItem*>* allRows = nullptr);
+                                   FloorRows* rows = nullptr);
 
 /// A way to fill a bare tree from a root item; returns the number of rows.
 using FloorFill = std::size_t (*)(QTreeWidget*, const std::shared_ptr<DisplayItemInterface>&);

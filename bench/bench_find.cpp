@@ -1,6 +1,8 @@
 // "Find next" from the top row to the one row whose item has a matching
 // property, the last row in pre-order: the dialog's button against a walk
-// over the items that reads their properties and searches the values.
+// over the items that reads their properties and searches the values (the
+// floor), and against the same walk over the rows, geometry duplicates
+// included, since find next tests every row (the same-rows floor).
 
 #include "BenchSupport.h"
 
@@ -86,7 +88,29 @@ void findLibrary(benchmark::State& state, long n)
     recorder.finish(state, n);
 }
 
-void findFloor(benchmark::State& state, long n)
+// The position of the first of \a items after the first whose properties
+// hold \a needle in a value, ignoring case; items.size() when none does.
+std::size_t firstMatchAfterTop(const DisplayItemList& items, const std::string& needle)
+{
+    const auto holdsNeedle = [&needle](const PropertyList& properties) {
+        return std::any_of(properties.begin(), properties.end(), [&needle](const Property& property) {
+            return containsIgnoringCase(property.second, needle);
+        });
+    };
+    // The top row is where the search starts, not a candidate.
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        PropertyList businessObjectProperties;
+        PropertyList displayItemProperties;
+        items[i]->getProperties(businessObjectProperties, displayItemProperties);
+        if (holdsNeedle(businessObjectProperties) || holdsNeedle(displayItemProperties))
+            return i;
+    }
+    return items.size();
+}
+
+// \a sameRows: walk the rows' items, duplicates included, as the rows hold
+// them; otherwise collect the items from the host and walk those.
+void findFloor(benchmark::State& state, long n, bool sameRows)
 {
     const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
     const std::shared_ptr<DisplayItemInterface> target = markLastItem(model);
@@ -95,9 +119,9 @@ void findFloor(benchmark::State& state, long n)
 
     // The same state as the dialog's: a shown tree of all rows.
     std::unique_ptr<QTreeWidget> tree = makeFloorTreeWidget();
-    std::vector<QTreeWidgetItem*> itemRows;
+    FloorRows floorRows;
     Recorder recorder;
-    recorder.setRows(buildSameRowsFloorTree(tree.get(), root, &itemRows));
+    recorder.setRows(buildSameRowsFloorTree(tree.get(), root, &floorRows));
     settle();
 
     for (auto _ : state) {
@@ -108,27 +132,14 @@ void findFloor(benchmark::State& state, long n)
         memory.reset();
         QElapsedTimer timer;
         timer.start();
-        DisplayItemList items;
-        root->collectSubtree(items);
-        std::size_t foundAt = items.size();
-        // The top row is where the search starts, not a candidate.
-        for (std::size_t i = 1; i < items.size() && foundAt == items.size(); ++i) {
-            PropertyList businessObjectProperties;
-            PropertyList displayItemProperties;
-            items[i]->getProperties(businessObjectProperties, displayItemProperties);
-            for (const PropertyList* list : {&businessObjectProperties, &displayItemProperties}) {
-                for (const Property& property : *list) {
-                    if (containsIgnoringCase(property.second, needle)) {
-                        foundAt = i;
-                        break;
-                    }
-                }
-                if (foundAt != items.size())
-                    break;
-            }
-        }
-        if (foundAt < itemRows.size())
-            tree->setCurrentItem(itemRows[foundAt]);
+        DisplayItemList collected;
+        if (!sameRows)
+            root->collectSubtree(collected);
+        const DisplayItemList& items = sameRows ? floorRows.allItems : collected;
+        const std::vector<QTreeWidgetItem*>& rows = sameRows ? floorRows.allRows : floorRows.itemRows;
+        const std::size_t foundAt = firstMatchAfterTop(items, needle);
+        if (foundAt < rows.size())
+            tree->setCurrentItem(rows[foundAt]);
         settle();
         state.SetIterationTime(static_cast<double>(timer.nsecsElapsed()) * 1e-9);
         recorder.add(memory);
@@ -147,7 +158,8 @@ void registerFind(const Config& config)
 {
     for (long n : config.sizes) {
         registerCase("FindNext", "Library", n, [n](benchmark::State& state) { findLibrary(state, n); });
-        registerCase("FindNext", "Floor", n, [n](benchmark::State& state) { findFloor(state, n); });
+        registerCase("FindNext", "Floor", n, [n](benchmark::State& state) { findFloor(state, n, false); });
+        registerCase("FindNext", "FloorSameRows", n, [n](benchmark::State& state) { findFloor(state, n, true); });
     }
 }
 

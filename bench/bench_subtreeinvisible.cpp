@@ -89,8 +89,8 @@ void subtreeInvisibleFloor(benchmark::State& state, long n)
     for (auto _ : state) {
         restore(before, visible);
         std::unique_ptr<QTreeWidget> tree = makeFloorTreeWidget();
-        std::vector<QTreeWidgetItem*> allRows;
-        recorder.setRows(buildSameRowsFloorTree(tree.get(), root, nullptr, &allRows));
+        FloorRows floorRows;
+        recorder.setRows(buildSameRowsFloorTree(tree.get(), root, &floorRows));
         tree->scrollToTop();
         settle();
 
@@ -104,7 +104,7 @@ void subtreeInvisibleFloor(benchmark::State& state, long n)
             item->setVisible(false);
             item->notifyVisualPropertiesChanged();
         }
-        for (QTreeWidgetItem* row : allRows)
+        for (QTreeWidgetItem* row : floorRows.allRows)
             row->setIcon(0, notVisible);
         if (DisplayModel* displayModel = root->getDisplayModel())
             displayModel->doVisibilityUpdate();
