@@ -3,6 +3,7 @@
 #include "ChildRowIndex.h"
 #include "RowColumns.h"
 #include "RowText.h"
+#include "SharedIconData.h"
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 
@@ -232,10 +233,10 @@ void DisplayItemTreeWidgetItem::setVisiblityIcon()
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
     if (!item) {
         createVisibleIcons();
-        setIcon(NameColumn, *s_visibleDifferentIcon);
+        showRowIcon(*this, *s_visibleDifferentIcon);
         return;
     }
-    setIcon(NameColumn, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
+    showRowIcon(*this, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
 }
 
 void DisplayItemTreeWidgetItem::createVisibleIcons()
