@@ -3,10 +3,10 @@
 #include "RowColumns.h"
 
 #include <QAbstractItemModel>
-#include <QHash>
 #include <QIcon>
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
+#include <QVector>
 
 namespace Brennvik {
 
@@ -16,13 +16,19 @@ namespace {
 // the life of the process like the icons themselves.
 const QTreeWidgetItem& templateRow(const QIcon& icon)
 {
-    static QHash<qint64, const QTreeWidgetItem*> rows;
-    const QTreeWidgetItem*& row = rows[icon.cacheKey()];
-    if (!row) {
-        auto* made = new QTreeWidgetItem;
-        made->setIcon(NameColumn, icon);
-        row = made;
+    struct Template
+    {
+        qint64 iconKey;
+        const QTreeWidgetItem* row;
+    };
+    static QVector<Template>* templates = new QVector<Template>;
+    for (const Template& entry : qAsConst(*templates)) {
+        if (entry.iconKey == icon.cacheKey())
+            return *entry.row;
     }
+    auto* row = new QTreeWidgetItem;
+    row->setIcon(NameColumn, icon);
+    templates->append({icon.cacheKey(), row});
     return *row;
 }
 
