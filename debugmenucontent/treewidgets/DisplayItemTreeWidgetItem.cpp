@@ -3,6 +3,7 @@
 #include "ChildRowIndex.h"
 #include "RowColumns.h"
 #include "RowText.h"
+#include "SharedIconData.h"
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 
@@ -12,9 +13,9 @@
 #include <QString>
 #include <QVariant>
 
-#include <vector>
-
 #include <typeinfo>
+#include <unordered_map>
+#include <vector>
 
 namespace Brennvik {
 
@@ -25,10 +26,24 @@ QIcon* DisplayItemTreeWidgetItem::s_visibleDuplicateIcon = nullptr;
 QIcon* DisplayItemTreeWidgetItem::s_visibleDifferentIcon = nullptr;
 QIcon* DisplayItemTreeWidgetItem::s_notVisibleIcon = nullptr;
 
+namespace {
+
+// The child-row indexes of the wide parents, by row. Never freed, like the
+// icons, so that rows deleted while the process exits still find it.
+std::unordered_map<const DisplayItemTreeWidgetItem*, std::unique_ptr<ChildRowIndex>>& childRowIndexes()
+{
+    static auto* indexes = new std::unordered_map<const DisplayItemTreeWidgetItem*, std::unique_ptr<ChildRowIndex>>;
+    return *indexes;
+}
+
+} // namespace
+
 DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
                                                      DisplayModelDialog* dialog, bool isDuplicate)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , m_isDuplicate(isDuplicate)
+    , m_hasChildRowIndex(false)
 {
     init(displayItem, dialog, isDuplicate);
 }
@@ -37,6 +52,8 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidgetItem* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
                                                      DisplayModelDialog* dialog, bool isDuplicate)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
+    , m_isDuplicate(isDuplicate)
+    , m_hasChildRowIndex(false)
 {
     init(displayItem, dialog, isDuplicate);
 }
@@ -48,7 +65,7 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(const DisplayItemTreeWidget
     , m_dialog(other.m_dialog)
     , m_itemIndex(other.m_itemIndex)
     , m_isDuplicate(other.m_isDuplicate)
-    , m_childRowIndex()
+    , m_hasChildRowIndex(false)
 {
 }
 
@@ -61,7 +78,7 @@ DisplayItemTreeWidgetItem& DisplayItemTreeWidgetItem::operator=(const DisplayIte
     m_itemIndex = other.m_itemIndex;
     m_isDuplicate = other.m_isDuplicate;
     // The index describes this row's own children, which a copy does not take.
-    m_childRowIndex.reset();
+    dropChildRowIndex();
     return *this;
 }
 
@@ -70,6 +87,7 @@ DisplayItemTreeWidgetItem::~DisplayItemTreeWidgetItem()
     // The lock is empty when the item has gone; the host accepts that.
     unregisterFromDisplayItem(m_displayItem.lock());
     m_displayItem.reset();
+    dropChildRowIndex();
 }
 
 std::shared_ptr<DisplayItemInterface> DisplayItemTreeWidgetItem::getDisplayItem()
@@ -102,13 +120,29 @@ QTreeWidgetItem* DisplayItemTreeWidgetItem::takeFirstChildShowing(const std::sha
     if (!item)
         return nullptr;
     if (childCount() < ChildRowIndex::MinimumChildCount) {
-        m_childRowIndex.reset();
+        dropChildRowIndex();
         const int position = ChildRowIndex::positionOfFirstChildShowing(*this, item, 0);
         return position < 0 ? nullptr : takeChild(position);
     }
-    if (!m_childRowIndex)
-        m_childRowIndex = std::make_unique<ChildRowIndex>(*this);
-    return m_childRowIndex->takeFirstChildShowing(item);
+    return childRowIndex().takeFirstChildShowing(item);
+}
+
+ChildRowIndex& DisplayItemTreeWidgetItem::childRowIndex()
+{
+    std::unique_ptr<ChildRowIndex>& index = childRowIndexes()[this];
+    // Only an index this row made itself describes its children.
+    if (!m_hasChildRowIndex || !index)
+        index = std::make_unique<ChildRowIndex>(*this);
+    m_hasChildRowIndex = true;
+    return *index;
+}
+
+void DisplayItemTreeWidgetItem::dropChildRowIndex()
+{
+    if (!m_hasChildRowIndex)
+        return;
+    m_hasChildRowIndex = false;
+    childRowIndexes().erase(this);
 }
 
 int DisplayItemTreeWidgetItem::getItemIndex()
@@ -232,10 +266,10 @@ void DisplayItemTreeWidgetItem::setVisiblityIcon()
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
     if (!item) {
         createVisibleIcons();
-        setIcon(NameColumn, *s_visibleDifferentIcon);
+        showRowIcon(*this, *s_visibleDifferentIcon);
         return;
     }
-    setIcon(NameColumn, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
+    showRowIcon(*this, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
 }
 
 void DisplayItemTreeWidgetItem::createVisibleIcons()

@@ -90,12 +90,17 @@ private:
     QIcon* getNotVisibleIcon();
     static void createVisibleIcons();
 
+    /// The index of this row's children; made for wide parents only.
+    ChildRowIndex& childRowIndex();
+    void dropChildRowIndex();
+
     std::weak_ptr<DisplayItemInterface> m_displayItem;
     DisplayModelDialog* m_dialog = nullptr;
     qint32 m_itemIndex = -1;
-    bool m_isDuplicate = false;
-    // After the row's own members: only wide parents ever fill it.
-    std::unique_ptr<ChildRowIndex> m_childRowIndex;
+    bool m_isDuplicate : 1;
+    // Whether the row has a child-row index. The indexes are kept beside the
+    // rows: few rows are wide parents, and a pointer would cost every row.
+    bool m_hasChildRowIndex : 1;
 
     static QIcon* s_visibleIcon;
     static QIcon* s_visibleDuplicateIcon;

@@ -5,8 +5,9 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
     treewidgets/DisplayItemTreeWidget.h
     treewidgets/DisplayItemTreeWidget.cpp
 )
-# Units no host sees: the edit-model row, row texts, columns and teardown,
-# the child-row index of wide parents, and the property pane both dialogs fill.
+# Units no host sees: the edit-model row, row texts, columns, shared icon data
+# and teardown, the child-row index of wide parents, and the property pane both
+# dialogs fill.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
@@ -18,6 +19,8 @@ set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/RowTeardown.h
     treewidgets/RowTeardown.cpp
     treewidgets/RowColumns.h
+    treewidgets/SharedIconData.h
+    treewidgets/SharedIconData.cpp
     treewidgets/PropertyPane.h
     treewidgets/PropertyPane.cpp
 )

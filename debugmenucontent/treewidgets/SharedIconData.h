@@ -1,0 +1,18 @@
+#pragma once
+
+class QIcon;
+class QTreeWidgetItem;
+
+namespace Brennvik {
+
+/// Shows \a icon in column 0 of \a row as QTreeWidgetItem::setIcon does, with
+/// the same signals, but lets a freshly built row share Qt's data for it.
+///
+/// Qt keeps an item's icon in two vectors of its own per row. A row that holds
+/// nothing but one of the few shared row icons can use the vectors of a
+/// template row that shows only that icon: Qt's vectors are implicitly shared,
+/// and Qt copies them as soon as anything of the row changes. Rows that hold
+/// other data already, and rows of a tree that sorts itself, take Qt's setIcon.
+void showRowIcon(QTreeWidgetItem& row, const QIcon& icon);
+
+} // namespace Brennvik
