@@ -5,8 +5,6 @@
 #include <functional>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace Brennvik {
@@ -76,14 +74,13 @@ std::string DisplayItem::getDisplayName() const
 void DisplayItem::getProperties(PropertyList& businessObjectProperties, PropertyList& displayItemProperties) const
 {
     businessObjectProperties.emplace_back("pointer", addressText(this));
-    businessObjectProperties.insert(businessObjectProperties.end(), m_businessProperties.begin(),
-                                    m_businessProperties.end());
+    m_properties.appendTo(PackedProperties::Kind::Business, businessObjectProperties);
 
     displayItemProperties.emplace_back("pointer (DisplayItemInterface)",
                                        addressText(static_cast<const DisplayItemInterface*>(this)));
     displayItemProperties.emplace_back("display item type", typeName());
     appendTypeProperties(displayItemProperties);
-    displayItemProperties.insert(displayItemProperties.end(), m_displayProperties.begin(), m_displayProperties.end());
+    m_properties.appendTo(PackedProperties::Kind::Display, displayItemProperties);
 }
 
 DisplayModel* DisplayItem::getDisplayModel() const
@@ -321,13 +318,13 @@ std::string DisplayItem::path() const
 
 void DisplayItem::setBusinessProperty(const std::string& name, std::string value)
 {
-    setProperty(m_businessProperties, name, std::move(value));
+    m_properties.set(PackedProperties::Kind::Business, name, value);
     raisePropertiesChanged();
 }
 
 void DisplayItem::setDisplayProperty(const std::string& name, std::string value)
 {
-    setProperty(m_displayProperties, name, std::move(value));
+    m_properties.set(PackedProperties::Kind::Display, name, value);
     raisePropertiesChanged();
 }
 
@@ -335,7 +332,7 @@ void DisplayItem::setBusinessProperties(PropertyList properties)
 {
     if (properties.empty())
         return;
-    setProperties(m_businessProperties, std::move(properties));
+    m_properties.setAll(PackedProperties::Kind::Business, properties);
     raisePropertiesChanged();
 }
 
@@ -343,28 +340,28 @@ void DisplayItem::setDisplayProperties(PropertyList properties)
 {
     if (properties.empty())
         return;
-    setProperties(m_displayProperties, std::move(properties));
+    m_properties.setAll(PackedProperties::Kind::Display, properties);
     raisePropertiesChanged();
 }
 
 std::optional<std::string> DisplayItem::businessProperty(const std::string& name) const
 {
-    return findProperty(m_businessProperties, name);
+    return m_properties.find(PackedProperties::Kind::Business, name);
 }
 
 std::optional<std::string> DisplayItem::displayProperty(const std::string& name) const
 {
-    return findProperty(m_displayProperties, name);
+    return m_properties.find(PackedProperties::Kind::Display, name);
 }
 
-const PropertyList& DisplayItem::businessProperties() const
+PropertyList DisplayItem::businessProperties() const
 {
-    return m_businessProperties;
+    return m_properties.list(PackedProperties::Kind::Business);
 }
 
-const PropertyList& DisplayItem::displayProperties() const
+PropertyList DisplayItem::displayProperties() const
 {
-    return m_displayProperties;
+    return m_properties.list(PackedProperties::Kind::Display);
 }
 
 void DisplayItem::setSelectionAllowed(bool allowed)
@@ -426,8 +423,7 @@ void DisplayItem::copyStateFrom(const DisplayItem& other)
     m_selected = other.m_selected;
     m_selectionAllowed = other.m_selectionAllowed;
     m_selectable = other.m_selectable;
-    m_businessProperties = other.m_businessProperties;
-    m_displayProperties = other.m_displayProperties;
+    m_properties = other.m_properties;
 }
 
 void DisplayItem::raisePropertiesChanged()
@@ -619,44 +615,6 @@ std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()
     // Empty when no shared_ptr owns the item (it cannot then be registered to,
     // so nobody receives the event anyway).
     return weak_from_this().lock();
-}
-
-void DisplayItem::setProperty(PropertyList& list, const std::string& name, std::string value)
-{
-    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
-    if (it != list.end())
-        it->second = std::move(value);
-    else
-        list.emplace_back(name, std::move(value));
-}
-
-void DisplayItem::setProperties(PropertyList& list, PropertyList properties)
-{
-    // Loaded items bring up to 100,000 properties: an index of the names
-    // instead of a search of the list per property. List nodes never move, so
-    // the index may point at the names they hold.
-    std::unordered_map<std::string_view, std::string*> values;
-    values.reserve(list.size() + properties.size());
-    for (auto& [name, value] : list)
-        values.emplace(name, &value);
-    while (!properties.empty()) {
-        const auto [found, added] = values.emplace(properties.front().first, nullptr);
-        if (!added) {
-            *found->second = std::move(properties.front().second);
-            properties.pop_front();
-            continue;
-        }
-        list.splice(list.end(), properties, properties.begin());
-        found->second = &list.back().second;
-    }
-}
-
-std::optional<std::string> DisplayItem::findProperty(const PropertyList& list, const std::string& name)
-{
-    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
-    if (it == list.end())
-        return std::nullopt;
-    return it->second;
 }
 
 } // namespace Brennvik

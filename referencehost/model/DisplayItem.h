@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DisplayItemObserverList.h"
+#include "PackedProperties.h"
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/HostExport.h>
@@ -139,8 +140,10 @@ public:
     void setDisplayProperties(PropertyList properties);
     std::optional<std::string> businessProperty(const std::string& name) const;
     std::optional<std::string> displayProperty(const std::string& name) const;
-    const PropertyList& businessProperties() const;
-    const PropertyList& displayProperties() const;
+    /// The business properties as a list, made on each call.
+    PropertyList businessProperties() const;
+    /// The display properties as a list, made on each call.
+    PropertyList displayProperties() const;
     ///@}
 
     /// Whether the selection state may be changed at all (the menu offers selection).
@@ -204,10 +207,6 @@ private:
     void takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending);
     std::shared_ptr<DisplayItemInterface> selfReference();
 
-    static void setProperty(PropertyList& list, const std::string& name, std::string value);
-    static void setProperties(PropertyList& list, PropertyList properties);
-    static std::optional<std::string> findProperty(const PropertyList& list, const std::string& name);
-
     std::string m_displayName;
     DisplayItem* m_parent = nullptr;
     // A removal only empties the child's slot, and the next read closes all
@@ -217,8 +216,7 @@ private:
     mutable std::vector<std::shared_ptr<DisplayItem>> m_children;
     mutable std::size_t m_emptySlots = 0;
     DisplayModel* m_displayModel = nullptr;
-    PropertyList m_businessProperties;
-    PropertyList m_displayProperties;
+    PackedProperties m_properties;
     bool m_visible = true;
     bool m_selected = false;
     bool m_selectionAllowed = true;

@@ -253,17 +253,19 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyAsOtherType(const DisplayIte
 
 bool DisplayItemCloner::changeProperty(DisplayItem& copy, const CloneDefect& defect)
 {
-    auto& properties = copy.m_displayProperties;
+    const PropertyList properties = copy.displayProperties();
     auto it = properties.begin();
     if (!defect.property.empty())
         it = std::find_if(properties.begin(), properties.end(),
                           [&defect](const Property& p) { return p.first == defect.property; });
     if (it == properties.end())
         return false;
-    std::string changed = defect.value.empty() ? it->second + " (cloned)" : defect.value;
+    const std::string changed = defect.value.empty() ? it->second + " (cloned)" : defect.value;
     if (changed == it->second)
         return false; // the same value would be no defect at all
-    it->second = std::move(changed);
+    // The first property of that name is the one found. Nobody observes a
+    // copy that is still being made: no event.
+    copy.m_properties.set(PackedProperties::Kind::Display, it->first, changed);
     return true;
 }
 
