@@ -11,6 +11,11 @@ namespace Brennvik {
 
 DisplayItem::DisplayItem(std::string displayName)
     : m_displayName(std::move(displayName))
+    , m_visible(true)
+    , m_selected(false)
+    , m_selectionAllowed(true)
+    , m_selectable(true)
+    , m_resourcesReleased(false)
 {
 }
 
@@ -18,7 +23,7 @@ DisplayItem::~DisplayItem()
 {
     // Forget the observers before the children go: an observer destroyed along
     // with a child can no longer reach this item to unregister.
-    m_observers.clear();
+    m_observers.clear(weak_from_this());
     releaseChildren();
 }
 
@@ -137,23 +142,14 @@ void DisplayItem::notifyVisualPropertiesChanged()
 
 void DisplayItem::addEventObserver(DisplayItemEventObserver* observer)
 {
-    if (!observer)
-        return;
-    if (!m_observerOwnerSet) {
-        // weak_from_this is only known once a shared_ptr owns the item, which is
-        // the case whenever an observer registers through a shared reference.
-        std::weak_ptr<DisplayItemInterface> owner = weak_from_this();
-        if (!owner.expired()) {
-            m_observers.setOwner(std::move(owner));
-            m_observerOwnerSet = true;
-        }
-    }
-    m_observers.add(observer);
+    // weak_from_this is empty while no shared_ptr owns the item; an observer
+    // registering through a shared reference always finds it set.
+    m_observers.add(observer, weak_from_this());
 }
 
 void DisplayItem::removeEventObserver(DisplayItemEventObserver* observer)
 {
-    m_observers.remove(observer);
+    m_observers.remove(observer, weak_from_this());
 }
 
 // --- Host API -------------------------------------------------------------
@@ -218,6 +214,7 @@ void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>
         if (child->m_parent)
             child->m_parent->removeChild(child, true);
     }
+    reserveChildSlots(children.size());
     for (const auto& child : children)
         attachWithoutEvent(childCount(), child);
     m_observers.notifyItemsAdded(DisplayItemList(children.begin(), children.end()));
@@ -268,11 +265,11 @@ int DisplayItem::slotOfChild(const DisplayItemInterface* child) const
     const std::size_t size = m_children.size();
     if (size == 0 || !child)
         return -1;
-    const std::size_t start = std::min(m_childSearchStart, size - 1);
+    const std::size_t start = std::min<std::size_t>(m_childSearchStart, size - 1);
     const auto found = [this, child](std::size_t i) {
         if (static_cast<const DisplayItemInterface*>(m_children[i].get()) != child)
             return false;
-        m_childSearchStart = i;
+        m_childSearchStart = static_cast<std::uint32_t>(i);
         return true;
     };
     const std::size_t reach = std::max(start, size - 1 - start);
@@ -473,6 +470,17 @@ const DisplayItem* DisplayItem::nextOwnedChild(std::size_t& slot) const
     return nullptr;
 }
 
+void DisplayItem::reserveChildSlots(std::size_t added)
+{
+    // Exactly the room needed when the item had no children (the common case
+    // of a model built in one go); geometric growth otherwise, so that many
+    // small batches still cost linear time in all.
+    closeEmptySlots();
+    const std::size_t needed = m_children.size() + added;
+    if (needed > m_children.capacity())
+        m_children.reserve(std::max(needed, 2 * m_children.capacity()));
+}
+
 void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
 {
     closeEmptySlots();
@@ -496,7 +504,7 @@ std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemIn
         m_children.pop_back();
         --m_emptySlots;
     }
-    if (m_emptySlots * 2 > m_children.size())
+    if (std::size_t{m_emptySlots} * 2 > m_children.size())
         closeEmptySlots();
     // A child shared with another tree keeps its real parent.
     if (removed->m_parent == this) {

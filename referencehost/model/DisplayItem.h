@@ -184,6 +184,8 @@ private:
     static bool isSelfOrAncestorOf(const DisplayItem& candidate, const DisplayItem& item);
     /// The first child from \a slot on whose parent this item is; \a slot moves past it.
     const DisplayItem* nextOwnedChild(std::size_t& slot) const;
+    /// Makes room for \a added more children in m_children.
+    void reserveChildSlots(std::size_t added);
     void attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child);
     /// Takes the child out of m_children, leaving its slot empty; empty if it is not a child.
     std::shared_ptr<DisplayItem> detachWithoutEvent(const DisplayItemInterface* child, bool keepResources);
@@ -207,6 +209,8 @@ private:
     void takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending);
     std::shared_ptr<DisplayItemInterface> selfReference();
 
+    // A large model holds millions of items: the members are ordered and
+    // sized so that an item takes as little room as it can.
     std::string m_displayName;
     DisplayItem* m_parent = nullptr;
     // A removal only empties the child's slot, and the next read closes all
@@ -214,19 +218,18 @@ private:
     // costs linear time in all instead of shifting the whole tail each time.
     // Closing them changes no position anyone can see, hence mutable.
     mutable std::vector<std::shared_ptr<DisplayItem>> m_children;
-    mutable std::size_t m_emptySlots = 0;
     DisplayModel* m_displayModel = nullptr;
     PackedProperties m_properties;
-    bool m_visible = true;
-    bool m_selected = false;
-    bool m_selectionAllowed = true;
-    bool m_selectable = true;
-    bool m_resourcesReleased = false;
-    bool m_observerOwnerSet = false;
-    int m_visualNotificationCount = 0;
-    // Where slotOfChild last found a child: the next search starts there.
-    mutable std::size_t m_childSearchStart = 0;
     DisplayItemObserverList m_observers;
+    mutable std::uint32_t m_emptySlots = 0;
+    // Where slotOfChild last found a child: the next search starts there.
+    mutable std::uint32_t m_childSearchStart = 0;
+    int m_visualNotificationCount = 0;
+    bool m_visible : 1;
+    bool m_selected : 1;
+    bool m_selectionAllowed : 1;
+    bool m_selectable : 1;
+    bool m_resourcesReleased : 1;
 };
 
 } // namespace Brennvik
