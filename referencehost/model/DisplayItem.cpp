@@ -57,8 +57,8 @@ bool DisplayItem::isVisible() const
 
 DisplayItemList DisplayItem::getChildren() const
 {
-    closeEmptySlots();
-    return DisplayItemList(m_children.begin(), m_children.end());
+    const ChildSlots::Items& children = m_children.items();
+    return DisplayItemList(children.begin(), children.end());
 }
 
 void DisplayItem::collectSubtreeToShow(DisplayItemList& items) const
@@ -214,7 +214,7 @@ void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>
         if (child->m_parent)
             child->m_parent->removeChild(child, true);
     }
-    reserveChildSlots(children.size());
+    m_children.reserveMore(children.size());
     for (const auto& child : children)
         attachWithoutEvent(childCount(), child);
     m_observers.notifyItemsAdded(DisplayItemList(children.begin(), children.end()));
@@ -235,51 +235,23 @@ std::size_t DisplayItem::removeChildren(const DisplayItemSet& children, bool kee
 
 std::size_t DisplayItem::childCount() const
 {
-    return m_children.size() - m_emptySlots;
+    return m_children.count();
 }
 
 std::shared_ptr<DisplayItem> DisplayItem::childAt(std::size_t index) const
 {
-    closeEmptySlots();
-    return index < m_children.size() ? m_children[index] : nullptr;
+    const ChildSlots::Items& children = m_children.items();
+    return index < children.size() ? children[index] : nullptr;
 }
 
 const std::vector<std::shared_ptr<DisplayItem>>& DisplayItem::children() const
 {
-    closeEmptySlots();
-    return m_children;
+    return m_children.items();
 }
 
 int DisplayItem::indexOfChild(const DisplayItemInterface* child) const
 {
-    closeEmptySlots();
-    return slotOfChild(child);
-}
-
-int DisplayItem::slotOfChild(const DisplayItemInterface* child) const
-{
-    // Removals tend to walk through the children in order, forwards or
-    // backwards; searching outwards from the last find keeps such a walk
-    // from scanning the whole list each time. A child is in the list once,
-    // and an empty slot never matches.
-    const std::size_t size = m_children.size();
-    if (size == 0 || !child)
-        return -1;
-    const std::size_t start = std::min<std::size_t>(m_childSearchStart, size - 1);
-    const auto found = [this, child](std::size_t i) {
-        if (static_cast<const DisplayItemInterface*>(m_children[i].get()) != child)
-            return false;
-        m_childSearchStart = static_cast<std::uint32_t>(i);
-        return true;
-    };
-    const std::size_t reach = std::max(start, size - 1 - start);
-    for (std::size_t distance = 0; distance <= reach; ++distance) {
-        if (start + distance < size && found(start + distance))
-            return static_cast<int>(start + distance);
-        if (distance > 0 && distance <= start && found(start - distance))
-            return static_cast<int>(start - distance);
-    }
-    return -1;
+    return m_children.indexOf(child);
 }
 
 DisplayItem* DisplayItem::parentItem() const
@@ -462,30 +434,18 @@ bool DisplayItem::isSelfOrAncestorOf(const DisplayItem& candidate, const Display
 
 const DisplayItem* DisplayItem::nextOwnedChild(std::size_t& slot) const
 {
-    while (slot < m_children.size()) {
-        const DisplayItem* child = m_children[slot++].get();
+    const ChildSlots::Items& slotList = m_children.slotList();
+    while (slot < slotList.size()) {
+        const DisplayItem* child = slotList[slot++].get();
         if (child && child->m_parent == this)
             return child;
     }
     return nullptr;
 }
 
-void DisplayItem::reserveChildSlots(std::size_t added)
-{
-    // Exactly the room needed when the item had no children (the common case
-    // of a model built in one go); geometric growth otherwise, so that many
-    // small batches still cost linear time in all.
-    closeEmptySlots();
-    const std::size_t needed = m_children.size() + added;
-    if (needed > m_children.capacity())
-        m_children.reserve(std::max(needed, 2 * m_children.capacity()));
-}
-
 void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
 {
-    closeEmptySlots();
-    const std::size_t position = std::min(index, m_children.size());
-    m_children.insert(m_children.begin() + static_cast<std::ptrdiff_t>(position), child);
+    m_children.insert(index, child);
     child->m_parent = this;
     child->setDisplayModelRecursively(m_displayModel);
     child->setResourcesReleasedRecursively(false);
@@ -493,19 +453,10 @@ void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<Di
 
 std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemInterface* child, bool keepResources)
 {
-    const int slot = slotOfChild(child);
+    const int slot = m_children.slotOf(child);
     if (slot < 0)
         return nullptr;
-    std::shared_ptr<DisplayItem> removed = std::move(m_children[static_cast<std::size_t>(slot)]);
-    ++m_emptySlots;
-    // Empty slots at the end cost nothing to drop; once half the slots are
-    // empty they are closed, so that the list never grows without bound.
-    while (!m_children.empty() && !m_children.back()) {
-        m_children.pop_back();
-        --m_emptySlots;
-    }
-    if (std::size_t{m_emptySlots} * 2 > m_children.size())
-        closeEmptySlots();
+    std::shared_ptr<DisplayItem> removed = m_children.take(static_cast<std::size_t>(slot));
     // A child shared with another tree keeps its real parent.
     if (removed->m_parent == this) {
         removed->m_parent = nullptr;
@@ -514,14 +465,6 @@ std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemIn
             removed->setResourcesReleasedRecursively(true);
     }
     return removed;
-}
-
-void DisplayItem::closeEmptySlots() const
-{
-    if (m_emptySlots == 0)
-        return;
-    m_children.erase(std::remove(m_children.begin(), m_children.end(), nullptr), m_children.end());
-    m_emptySlots = 0;
 }
 
 void DisplayItem::setDisplayModelRecursively(DisplayModel* model)
@@ -557,7 +500,7 @@ void DisplayItem::forEachOwnedItem(const std::function<bool(DisplayItem&)>& visi
         pending.pop_back();
         if (!visit(*item))
             continue;
-        for (const auto& child : item->m_children) {
+        for (const auto& child : item->m_children.slotList()) {
             if (child && child->m_parent == item)
                 pending.push_back(child.get());
         }
@@ -572,8 +515,8 @@ void DisplayItem::forEachInPreOrder(const std::function<bool(const DisplayItem&)
         pending.pop_back();
         if (!visit(*item))
             return;
-        item->closeEmptySlots();
-        for (auto it = item->m_children.rbegin(); it != item->m_children.rend(); ++it)
+        const ChildSlots::Items& children = item->m_children.items();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
             pending.push_back(it->get());
     }
 }
@@ -604,7 +547,8 @@ void DisplayItem::releaseChildren()
 
 void DisplayItem::takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending)
 {
-    for (auto it = m_children.rbegin(); it != m_children.rend(); ++it) {
+    ChildSlots::Items taken = m_children.takeAll();
+    for (auto it = taken.rbegin(); it != taken.rend(); ++it) {
         if (!*it)
             continue;
         // Children held elsewhere outlive this item, detached.
@@ -614,8 +558,6 @@ void DisplayItem::takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pendin
         }
         pending.push_back(std::move(*it));
     }
-    m_children.clear();
-    m_emptySlots = 0;
 }
 
 std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChildSlots.h"
 #include "DisplayItemObserverList.h"
 #include "PackedProperties.h"
 
@@ -184,16 +185,9 @@ private:
     static bool isSelfOrAncestorOf(const DisplayItem& candidate, const DisplayItem& item);
     /// The first child from \a slot on whose parent this item is; \a slot moves past it.
     const DisplayItem* nextOwnedChild(std::size_t& slot) const;
-    /// Makes room for \a added more children in m_children.
-    void reserveChildSlots(std::size_t added);
     void attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child);
     /// Takes the child out of m_children, leaving its slot empty; empty if it is not a child.
     std::shared_ptr<DisplayItem> detachWithoutEvent(const DisplayItemInterface* child, bool keepResources);
-    /// Closes the slots that removals left empty; every read of positions or
-    /// of the list comes through here first.
-    void closeEmptySlots() const;
-    /// Slot of \a child in m_children, empty slots included; -1 if none.
-    int slotOfChild(const DisplayItemInterface* child) const;
     /// Sets the model on this item and on the descendants it owns (whose parent it is).
     void setDisplayModelRecursively(DisplayModel* model);
     void setResourcesReleasedRecursively(bool released);
@@ -213,17 +207,10 @@ private:
     // sized so that an item takes as little room as it can.
     std::string m_displayName;
     DisplayItem* m_parent = nullptr;
-    // A removal only empties the child's slot, and the next read closes all
-    // empty slots at once: removing children one by one from a wide item then
-    // costs linear time in all instead of shifting the whole tail each time.
-    // Closing them changes no position anyone can see, hence mutable.
-    mutable std::vector<std::shared_ptr<DisplayItem>> m_children;
+    ChildSlots m_children;
     DisplayModel* m_displayModel = nullptr;
     PackedProperties m_properties;
     DisplayItemObserverList m_observers;
-    mutable std::uint32_t m_emptySlots = 0;
-    // Where slotOfChild last found a child: the next search starts there.
-    mutable std::uint32_t m_childSearchStart = 0;
     int m_visualNotificationCount = 0;
     bool m_visible : 1;
     bool m_selected : 1;
