@@ -13,11 +13,24 @@ namespace Brennvik {
 
 namespace {
 
-// Measured with --generate 100000 and every dialog open: 414 MB peak against
-// 46 MB for one item (the sample run at 1,000,000 items with the main window
-// alone: 1.1 KB per item). Rounded up.
+// Peak resident sizes with --generate 1000000 (47 MB for one item): the main
+// window alone 880 MB, 0.83 KB per item; with the display model dialog
+// 1.51 GB, 0.63 KB more per item; with the clone comparison and the 2D dialog
+// as well (a clone of the model and two more trees) 2.88 GB, 1.37 KB more per
+// item. At 100,000 items the shares are 0.86, 0.80 and 1.57 KB. Rounded up.
 constexpr quint64 BaseBytes = 64ULL << 20;
-constexpr quint64 BytesPerItem = 3800;
+constexpr quint64 MainWindowBytesPerItem = 900;
+
+// The extra share per item of each dialog that shows the generated model; the
+// 2D dialog shows plots only.
+quint64 dialogBytesPerItem(const QString& dialog)
+{
+    if (dialog == QLatin1String("display-model"))
+        return 700;
+    if (dialog == QLatin1String("clone-comparison"))
+        return 1600;
+    return 0;
+}
 
 std::optional<quint64> memAvailableFromProc()
 {
@@ -42,9 +55,14 @@ QString sizeText(quint64 bytes)
 
 } // namespace
 
-quint64 estimatedMemoryForGeneratedModel(quint64 itemCount)
+quint64 estimatedMemoryForGeneratedModel(quint64 itemCount, const QStringList& openDialogs)
 {
-    return BaseBytes + itemCount * BytesPerItem;
+    quint64 bytesPerItem = MainWindowBytesPerItem;
+    QStringList dialogs = openDialogs;
+    dialogs.removeDuplicates();
+    for (const QString& dialog : qAsConst(dialogs))
+        bytesPerItem += dialogBytesPerItem(dialog);
+    return BaseBytes + itemCount * bytesPerItem;
 }
 
 std::optional<quint64> availablePhysicalMemory()
@@ -68,9 +86,9 @@ std::optional<quint64> availablePhysicalMemory()
 #endif
 }
 
-QString generatedModelRefusal(quint64 itemCount, std::optional<quint64> available)
+QString generatedModelRefusal(quint64 itemCount, std::optional<quint64> available, const QStringList& openDialogs)
 {
-    const quint64 needed = estimatedMemoryForGeneratedModel(itemCount);
+    const quint64 needed = estimatedMemoryForGeneratedModel(itemCount, openDialogs);
     if (!available || needed <= *available)
         return QString();
     return QStringLiteral("--generate %1 would need about %2 of memory, more than the %3 available")

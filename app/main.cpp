@@ -244,7 +244,8 @@ int main(int argc, char* argv[])
         }
         // Refused before building: a model the machine cannot hold would
         // take it into swap long before the window shows.
-        const QString refusal = Brennvik::generatedModelRefusal(count, Brennvik::availablePhysicalMemory());
+        const QString refusal
+            = Brennvik::generatedModelRefusal(count, Brennvik::availablePhysicalMemory(), parser.values(openOption));
         if (!refusal.isEmpty())
             return usageError(refusal);
         viewModel = Brennvik::buildSyntheticViewModel(static_cast<std::size_t>(count), 1);

@@ -5,14 +5,17 @@
 #include <functional>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace Brennvik {
 
 DisplayItem::DisplayItem(std::string displayName)
     : m_displayName(std::move(displayName))
+    , m_visible(true)
+    , m_selected(false)
+    , m_selectionAllowed(true)
+    , m_selectable(true)
+    , m_resourcesReleased(false)
 {
 }
 
@@ -20,7 +23,7 @@ DisplayItem::~DisplayItem()
 {
     // Forget the observers before the children go: an observer destroyed along
     // with a child can no longer reach this item to unregister.
-    m_observers.clear();
+    m_observers.clear(weak_from_this());
     releaseChildren();
 }
 
@@ -54,8 +57,8 @@ bool DisplayItem::isVisible() const
 
 DisplayItemList DisplayItem::getChildren() const
 {
-    closeEmptySlots();
-    return DisplayItemList(m_children.begin(), m_children.end());
+    const ChildSlots::Items& children = m_children.items();
+    return DisplayItemList(children.begin(), children.end());
 }
 
 void DisplayItem::collectSubtreeToShow(DisplayItemList& items) const
@@ -76,14 +79,13 @@ std::string DisplayItem::getDisplayName() const
 void DisplayItem::getProperties(PropertyList& businessObjectProperties, PropertyList& displayItemProperties) const
 {
     businessObjectProperties.emplace_back("pointer", addressText(this));
-    businessObjectProperties.insert(businessObjectProperties.end(), m_businessProperties.begin(),
-                                    m_businessProperties.end());
+    m_properties.appendTo(PackedProperties::Kind::Business, businessObjectProperties);
 
     displayItemProperties.emplace_back("pointer (DisplayItemInterface)",
                                        addressText(static_cast<const DisplayItemInterface*>(this)));
     displayItemProperties.emplace_back("display item type", typeName());
     appendTypeProperties(displayItemProperties);
-    displayItemProperties.insert(displayItemProperties.end(), m_displayProperties.begin(), m_displayProperties.end());
+    m_properties.appendTo(PackedProperties::Kind::Display, displayItemProperties);
 }
 
 DisplayModel* DisplayItem::getDisplayModel() const
@@ -140,23 +142,14 @@ void DisplayItem::notifyVisualPropertiesChanged()
 
 void DisplayItem::addEventObserver(DisplayItemEventObserver* observer)
 {
-    if (!observer)
-        return;
-    if (!m_observerOwnerSet) {
-        // weak_from_this is only known once a shared_ptr owns the item, which is
-        // the case whenever an observer registers through a shared reference.
-        std::weak_ptr<DisplayItemInterface> owner = weak_from_this();
-        if (!owner.expired()) {
-            m_observers.setOwner(std::move(owner));
-            m_observerOwnerSet = true;
-        }
-    }
-    m_observers.add(observer);
+    // weak_from_this is empty while no shared_ptr owns the item; an observer
+    // registering through a shared reference always finds it set.
+    m_observers.add(observer, weak_from_this());
 }
 
 void DisplayItem::removeEventObserver(DisplayItemEventObserver* observer)
 {
-    m_observers.remove(observer);
+    m_observers.remove(observer, weak_from_this());
 }
 
 // --- Host API -------------------------------------------------------------
@@ -221,6 +214,7 @@ void DisplayItem::appendChildren(const std::vector<std::shared_ptr<DisplayItem>>
         if (child->m_parent)
             child->m_parent->removeChild(child, true);
     }
+    m_children.reserveMore(children.size());
     for (const auto& child : children)
         attachWithoutEvent(childCount(), child);
     m_observers.notifyItemsAdded(DisplayItemList(children.begin(), children.end()));
@@ -241,51 +235,23 @@ std::size_t DisplayItem::removeChildren(const DisplayItemSet& children, bool kee
 
 std::size_t DisplayItem::childCount() const
 {
-    return m_children.size() - m_emptySlots;
+    return m_children.count();
 }
 
 std::shared_ptr<DisplayItem> DisplayItem::childAt(std::size_t index) const
 {
-    closeEmptySlots();
-    return index < m_children.size() ? m_children[index] : nullptr;
+    const ChildSlots::Items& children = m_children.items();
+    return index < children.size() ? children[index] : nullptr;
 }
 
 const std::vector<std::shared_ptr<DisplayItem>>& DisplayItem::children() const
 {
-    closeEmptySlots();
-    return m_children;
+    return m_children.items();
 }
 
 int DisplayItem::indexOfChild(const DisplayItemInterface* child) const
 {
-    closeEmptySlots();
-    return slotOfChild(child);
-}
-
-int DisplayItem::slotOfChild(const DisplayItemInterface* child) const
-{
-    // Removals tend to walk through the children in order, forwards or
-    // backwards; searching outwards from the last find keeps such a walk
-    // from scanning the whole list each time. A child is in the list once,
-    // and an empty slot never matches.
-    const std::size_t size = m_children.size();
-    if (size == 0 || !child)
-        return -1;
-    const std::size_t start = std::min(m_childSearchStart, size - 1);
-    const auto found = [this, child](std::size_t i) {
-        if (static_cast<const DisplayItemInterface*>(m_children[i].get()) != child)
-            return false;
-        m_childSearchStart = i;
-        return true;
-    };
-    const std::size_t reach = std::max(start, size - 1 - start);
-    for (std::size_t distance = 0; distance <= reach; ++distance) {
-        if (start + distance < size && found(start + distance))
-            return static_cast<int>(start + distance);
-        if (distance > 0 && distance <= start && found(start - distance))
-            return static_cast<int>(start - distance);
-    }
-    return -1;
+    return m_children.indexOf(child);
 }
 
 DisplayItem* DisplayItem::parentItem() const
@@ -321,13 +287,13 @@ std::string DisplayItem::path() const
 
 void DisplayItem::setBusinessProperty(const std::string& name, std::string value)
 {
-    setProperty(m_businessProperties, name, std::move(value));
+    m_properties.set(PackedProperties::Kind::Business, name, value);
     raisePropertiesChanged();
 }
 
 void DisplayItem::setDisplayProperty(const std::string& name, std::string value)
 {
-    setProperty(m_displayProperties, name, std::move(value));
+    m_properties.set(PackedProperties::Kind::Display, name, value);
     raisePropertiesChanged();
 }
 
@@ -335,7 +301,7 @@ void DisplayItem::setBusinessProperties(PropertyList properties)
 {
     if (properties.empty())
         return;
-    setProperties(m_businessProperties, std::move(properties));
+    m_properties.setAll(PackedProperties::Kind::Business, properties);
     raisePropertiesChanged();
 }
 
@@ -343,28 +309,28 @@ void DisplayItem::setDisplayProperties(PropertyList properties)
 {
     if (properties.empty())
         return;
-    setProperties(m_displayProperties, std::move(properties));
+    m_properties.setAll(PackedProperties::Kind::Display, properties);
     raisePropertiesChanged();
 }
 
 std::optional<std::string> DisplayItem::businessProperty(const std::string& name) const
 {
-    return findProperty(m_businessProperties, name);
+    return m_properties.find(PackedProperties::Kind::Business, name);
 }
 
 std::optional<std::string> DisplayItem::displayProperty(const std::string& name) const
 {
-    return findProperty(m_displayProperties, name);
+    return m_properties.find(PackedProperties::Kind::Display, name);
 }
 
-const PropertyList& DisplayItem::businessProperties() const
+PropertyList DisplayItem::businessProperties() const
 {
-    return m_businessProperties;
+    return m_properties.list(PackedProperties::Kind::Business);
 }
 
-const PropertyList& DisplayItem::displayProperties() const
+PropertyList DisplayItem::displayProperties() const
 {
-    return m_displayProperties;
+    return m_properties.list(PackedProperties::Kind::Display);
 }
 
 void DisplayItem::setSelectionAllowed(bool allowed)
@@ -426,8 +392,7 @@ void DisplayItem::copyStateFrom(const DisplayItem& other)
     m_selected = other.m_selected;
     m_selectionAllowed = other.m_selectionAllowed;
     m_selectable = other.m_selectable;
-    m_businessProperties = other.m_businessProperties;
-    m_displayProperties = other.m_displayProperties;
+    m_properties = other.m_properties;
 }
 
 void DisplayItem::raisePropertiesChanged()
@@ -469,8 +434,9 @@ bool DisplayItem::isSelfOrAncestorOf(const DisplayItem& candidate, const Display
 
 const DisplayItem* DisplayItem::nextOwnedChild(std::size_t& slot) const
 {
-    while (slot < m_children.size()) {
-        const DisplayItem* child = m_children[slot++].get();
+    const ChildSlots::Items& slotList = m_children.slotList();
+    while (slot < slotList.size()) {
+        const DisplayItem* child = slotList[slot++].get();
         if (child && child->m_parent == this)
             return child;
     }
@@ -479,9 +445,7 @@ const DisplayItem* DisplayItem::nextOwnedChild(std::size_t& slot) const
 
 void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child)
 {
-    closeEmptySlots();
-    const std::size_t position = std::min(index, m_children.size());
-    m_children.insert(m_children.begin() + static_cast<std::ptrdiff_t>(position), child);
+    m_children.insert(index, child);
     child->m_parent = this;
     child->setDisplayModelRecursively(m_displayModel);
     child->setResourcesReleasedRecursively(false);
@@ -489,19 +453,10 @@ void DisplayItem::attachWithoutEvent(std::size_t index, const std::shared_ptr<Di
 
 std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemInterface* child, bool keepResources)
 {
-    const int slot = slotOfChild(child);
+    const int slot = m_children.slotOf(child);
     if (slot < 0)
         return nullptr;
-    std::shared_ptr<DisplayItem> removed = std::move(m_children[static_cast<std::size_t>(slot)]);
-    ++m_emptySlots;
-    // Empty slots at the end cost nothing to drop; once half the slots are
-    // empty they are closed, so that the list never grows without bound.
-    while (!m_children.empty() && !m_children.back()) {
-        m_children.pop_back();
-        --m_emptySlots;
-    }
-    if (m_emptySlots * 2 > m_children.size())
-        closeEmptySlots();
+    std::shared_ptr<DisplayItem> removed = m_children.take(static_cast<std::size_t>(slot));
     // A child shared with another tree keeps its real parent.
     if (removed->m_parent == this) {
         removed->m_parent = nullptr;
@@ -510,14 +465,6 @@ std::shared_ptr<DisplayItem> DisplayItem::detachWithoutEvent(const DisplayItemIn
             removed->setResourcesReleasedRecursively(true);
     }
     return removed;
-}
-
-void DisplayItem::closeEmptySlots() const
-{
-    if (m_emptySlots == 0)
-        return;
-    m_children.erase(std::remove(m_children.begin(), m_children.end(), nullptr), m_children.end());
-    m_emptySlots = 0;
 }
 
 void DisplayItem::setDisplayModelRecursively(DisplayModel* model)
@@ -553,7 +500,7 @@ void DisplayItem::forEachOwnedItem(const std::function<bool(DisplayItem&)>& visi
         pending.pop_back();
         if (!visit(*item))
             continue;
-        for (const auto& child : item->m_children) {
+        for (const auto& child : item->m_children.slotList()) {
             if (child && child->m_parent == item)
                 pending.push_back(child.get());
         }
@@ -568,8 +515,8 @@ void DisplayItem::forEachInPreOrder(const std::function<bool(const DisplayItem&)
         pending.pop_back();
         if (!visit(*item))
             return;
-        item->closeEmptySlots();
-        for (auto it = item->m_children.rbegin(); it != item->m_children.rend(); ++it)
+        const ChildSlots::Items& children = item->m_children.items();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
             pending.push_back(it->get());
     }
 }
@@ -600,7 +547,8 @@ void DisplayItem::releaseChildren()
 
 void DisplayItem::takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending)
 {
-    for (auto it = m_children.rbegin(); it != m_children.rend(); ++it) {
+    ChildSlots::Items taken = m_children.takeAll();
+    for (auto it = taken.rbegin(); it != taken.rend(); ++it) {
         if (!*it)
             continue;
         // Children held elsewhere outlive this item, detached.
@@ -610,8 +558,6 @@ void DisplayItem::takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pendin
         }
         pending.push_back(std::move(*it));
     }
-    m_children.clear();
-    m_emptySlots = 0;
 }
 
 std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()
@@ -619,44 +565,6 @@ std::shared_ptr<DisplayItemInterface> DisplayItem::selfReference()
     // Empty when no shared_ptr owns the item (it cannot then be registered to,
     // so nobody receives the event anyway).
     return weak_from_this().lock();
-}
-
-void DisplayItem::setProperty(PropertyList& list, const std::string& name, std::string value)
-{
-    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
-    if (it != list.end())
-        it->second = std::move(value);
-    else
-        list.emplace_back(name, std::move(value));
-}
-
-void DisplayItem::setProperties(PropertyList& list, PropertyList properties)
-{
-    // Loaded items bring up to 100,000 properties: an index of the names
-    // instead of a search of the list per property. List nodes never move, so
-    // the index may point at the names they hold.
-    std::unordered_map<std::string_view, std::string*> values;
-    values.reserve(list.size() + properties.size());
-    for (auto& [name, value] : list)
-        values.emplace(name, &value);
-    while (!properties.empty()) {
-        const auto [found, added] = values.emplace(properties.front().first, nullptr);
-        if (!added) {
-            *found->second = std::move(properties.front().second);
-            properties.pop_front();
-            continue;
-        }
-        list.splice(list.end(), properties, properties.begin());
-        found->second = &list.back().second;
-    }
-}
-
-std::optional<std::string> DisplayItem::findProperty(const PropertyList& list, const std::string& name)
-{
-    const auto it = std::find_if(list.begin(), list.end(), [&name](const Property& p) { return p.first == name; });
-    if (it == list.end())
-        return std::nullopt;
-    return it->second;
 }
 
 } // namespace Brennvik

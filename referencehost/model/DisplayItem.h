@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ChildSlots.h"
 #include "DisplayItemObserverList.h"
+#include "PackedProperties.h"
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/HostExport.h>
@@ -139,8 +141,10 @@ public:
     void setDisplayProperties(PropertyList properties);
     std::optional<std::string> businessProperty(const std::string& name) const;
     std::optional<std::string> displayProperty(const std::string& name) const;
-    const PropertyList& businessProperties() const;
-    const PropertyList& displayProperties() const;
+    /// The business properties as a list, made on each call.
+    PropertyList businessProperties() const;
+    /// The display properties as a list, made on each call.
+    PropertyList displayProperties() const;
     ///@}
 
     /// Whether the selection state may be changed at all (the menu offers selection).
@@ -184,11 +188,6 @@ private:
     void attachWithoutEvent(std::size_t index, const std::shared_ptr<DisplayItem>& child);
     /// Takes the child out of m_children, leaving its slot empty; empty if it is not a child.
     std::shared_ptr<DisplayItem> detachWithoutEvent(const DisplayItemInterface* child, bool keepResources);
-    /// Closes the slots that removals left empty; every read of positions or
-    /// of the list comes through here first.
-    void closeEmptySlots() const;
-    /// Slot of \a child in m_children, empty slots included; -1 if none.
-    int slotOfChild(const DisplayItemInterface* child) const;
     /// Sets the model on this item and on the descendants it owns (whose parent it is).
     void setDisplayModelRecursively(DisplayModel* model);
     void setResourcesReleasedRecursively(bool released);
@@ -204,31 +203,20 @@ private:
     void takeChildren(std::vector<std::shared_ptr<DisplayItem>>& pending);
     std::shared_ptr<DisplayItemInterface> selfReference();
 
-    static void setProperty(PropertyList& list, const std::string& name, std::string value);
-    static void setProperties(PropertyList& list, PropertyList properties);
-    static std::optional<std::string> findProperty(const PropertyList& list, const std::string& name);
-
+    // A large model holds millions of items: the members are ordered and
+    // sized so that an item takes as little room as it can.
     std::string m_displayName;
     DisplayItem* m_parent = nullptr;
-    // A removal only empties the child's slot, and the next read closes all
-    // empty slots at once: removing children one by one from a wide item then
-    // costs linear time in all instead of shifting the whole tail each time.
-    // Closing them changes no position anyone can see, hence mutable.
-    mutable std::vector<std::shared_ptr<DisplayItem>> m_children;
-    mutable std::size_t m_emptySlots = 0;
+    ChildSlots m_children;
     DisplayModel* m_displayModel = nullptr;
-    PropertyList m_businessProperties;
-    PropertyList m_displayProperties;
-    bool m_visible = true;
-    bool m_selected = false;
-    bool m_selectionAllowed = true;
-    bool m_selectable = true;
-    bool m_resourcesReleased = false;
-    bool m_observerOwnerSet = false;
-    int m_visualNotificationCount = 0;
-    // Where slotOfChild last found a child: the next search starts there.
-    mutable std::size_t m_childSearchStart = 0;
+    PackedProperties m_properties;
     DisplayItemObserverList m_observers;
+    int m_visualNotificationCount = 0;
+    bool m_visible : 1;
+    bool m_selected : 1;
+    bool m_selectionAllowed : 1;
+    bool m_selectable : 1;
+    bool m_resourcesReleased : 1;
 };
 
 } // namespace Brennvik

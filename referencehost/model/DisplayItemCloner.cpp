@@ -124,7 +124,7 @@ void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& c
         std::size_t next = 0;
     };
     std::vector<Level> levels{{&original, &copy}};
-    copy.m_children.reserve(original.children().size());
+    copy.m_children.reserveMore(original.children().size());
     while (!levels.empty()) {
         Level& level = levels.back();
         const auto& children = level.original->children();
@@ -138,7 +138,7 @@ void DisplayItemCloner::copyChildren(const DisplayItem& original, DisplayItem& c
         const auto& child = children[level.next++];
         DisplayItem* parentCopy = level.copy;
         if (auto childCopy = copyChild(child, *parentCopy)) {
-            childCopy->m_children.reserve(child->children().size());
+            childCopy->m_children.reserveMore(child->children().size());
             levels.push_back({child.get(), childCopy});
         }
     }
@@ -155,13 +155,13 @@ DisplayItem* DisplayItemCloner::copyChild(const std::shared_ptr<DisplayItem>& ch
         // The original object goes into the copy's list as it is: its parent and
         // display model stay those of the original tree.
         share->applied = true;
-        parentCopy.m_children.push_back(child);
+        parentCopy.m_children.append(child);
         recordSubtree(*child, true);
         return nullptr;
     }
     auto childCopy = copyNode(*child);
     childCopy->m_parent = &parentCopy;
-    parentCopy.m_children.push_back(childCopy);
+    parentCopy.m_children.append(childCopy);
     return childCopy.get();
 }
 
@@ -172,7 +172,7 @@ void DisplayItemCloner::finishChild(const DisplayItem& child, DisplayItem& child
         repeat->applied = true;
         auto again = copyRepeated(child);
         again->m_parent = &parentCopy;
-        parentCopy.m_children.push_back(again);
+        parentCopy.m_children.append(again);
     }
 }
 
@@ -185,7 +185,7 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyRepeated(const DisplayItem& 
     std::vector<std::pair<const DisplayItem*, DisplayItem*>> pending;
     const auto pushChildren = [&pending](const DisplayItem& from, DisplayItem& to) {
         const auto& children = from.children();
-        to.m_children.reserve(children.size());
+        to.m_children.reserveMore(children.size());
         for (auto it = children.rbegin(); it != children.rend(); ++it)
             pending.emplace_back(it->get(), &to);
     };
@@ -196,7 +196,7 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyRepeated(const DisplayItem& 
         auto childCopy = child->copyWithoutChildren();
         m_copies.push_back(childCopy);
         childCopy->m_parent = parentCopy;
-        parentCopy->m_children.push_back(childCopy);
+        parentCopy->m_children.append(childCopy);
         pushChildren(*child, *childCopy);
     }
     return copy;
@@ -208,7 +208,7 @@ void DisplayItemCloner::appendAddedChildren(const DisplayItem& original, Display
         auto extra = std::make_shared<DisplayItem>(add->defect.value.empty() ? std::string("Unexpected child")
                                                                              : add->defect.value);
         extra->m_parent = &copy;
-        copy.m_children.push_back(extra);
+        copy.m_children.append(extra);
         add->applied = true;
     }
 }
@@ -253,17 +253,19 @@ std::shared_ptr<DisplayItem> DisplayItemCloner::copyAsOtherType(const DisplayIte
 
 bool DisplayItemCloner::changeProperty(DisplayItem& copy, const CloneDefect& defect)
 {
-    auto& properties = copy.m_displayProperties;
+    const PropertyList properties = copy.displayProperties();
     auto it = properties.begin();
     if (!defect.property.empty())
         it = std::find_if(properties.begin(), properties.end(),
                           [&defect](const Property& p) { return p.first == defect.property; });
     if (it == properties.end())
         return false;
-    std::string changed = defect.value.empty() ? it->second + " (cloned)" : defect.value;
+    const std::string changed = defect.value.empty() ? it->second + " (cloned)" : defect.value;
     if (changed == it->second)
         return false; // the same value would be no defect at all
-    it->second = std::move(changed);
+    // The first property of that name is the one found. Nobody observes a
+    // copy that is still being made: no event.
+    copy.m_properties.set(PackedProperties::Kind::Display, it->first, changed);
     return true;
 }
 

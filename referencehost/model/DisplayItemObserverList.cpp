@@ -1,6 +1,9 @@
 #include "DisplayItemObserverList.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
+#include <atomic>
 
 namespace Brennvik {
 
@@ -12,53 +15,44 @@ bool sameItem(const std::weak_ptr<DisplayItemInterface>& a, const std::weak_ptr<
     return !a.owner_before(b) && !b.owner_before(a);
 }
 
+// Serial numbers are unique across all lists, so a list needs no counter of its own.
+std::uint64_t nextSerial()
+{
+    static std::atomic<std::uint64_t> next{1};
+    return next++;
+}
+
 } // namespace
 
-DisplayItemObserverList::DisplayItemObserverList(std::weak_ptr<DisplayItemInterface> owner)
-    : m_owner(std::move(owner))
-{
-}
-
-DisplayItemObserverList::~DisplayItemObserverList()
-{
-    clear();
-}
-
-void DisplayItemObserverList::setOwner(std::weak_ptr<DisplayItemInterface> owner)
-{
-    for (const Registration& registration : m_registrations)
-        forgetOwner(*registration.observer);
-    m_owner = std::move(owner);
-    for (const Registration& registration : m_registrations)
-        rememberOwner(*registration.observer);
-}
-
-void DisplayItemObserverList::add(DisplayItemEventObserver* observer)
+void DisplayItemObserverList::add(DisplayItemEventObserver* observer, const std::weak_ptr<DisplayItemInterface>& owner)
 {
     if (!observer || contains(observer))
         return;
-    m_registrations.append({observer, m_nextSerial++});
-    rememberOwner(*observer);
+    m_registrations.push_back({observer, nextSerial()});
+    rememberOwner(*observer, owner);
 }
 
-void DisplayItemObserverList::remove(DisplayItemEventObserver* observer)
+void DisplayItemObserverList::remove(DisplayItemEventObserver* observer,
+                                     const std::weak_ptr<DisplayItemInterface>& owner)
 {
     const auto it = std::find_if(m_registrations.begin(), m_registrations.end(),
                                  [observer](const Registration& r) { return r.observer == observer; });
     if (!observer || it == m_registrations.end())
         return;
     m_registrations.erase(it);
-    forgetOwner(*observer);
+    if (m_registrations.empty())
+        Registrations().swap(m_registrations);
+    forgetOwner(*observer, owner);
 }
 
-void DisplayItemObserverList::clear()
+void DisplayItemObserverList::clear(const std::weak_ptr<DisplayItemInterface>& owner)
 {
     // Take the registrations out first: forgetting may not call back into us,
     // but the list must be empty whatever happens.
-    const Registrations registrations = m_registrations;
-    m_registrations.clear();
+    Registrations registrations;
+    registrations.swap(m_registrations);
     for (const Registration& registration : registrations)
-        forgetOwner(*registration.observer);
+        forgetOwner(*registration.observer, owner);
 }
 
 bool DisplayItemObserverList::contains(const DisplayItemEventObserver* observer) const
@@ -88,7 +82,9 @@ void DisplayItemObserverList::dispatch(const std::function<void(DisplayItemEvent
 {
     if (m_registrations.empty())
         return;
-    const Registrations snapshot = m_registrations;
+    // Most items have one or two observers, the rows that show them: a
+    // snapshot that small stays on the stack.
+    const QVarLengthArray<Registration, 4> snapshot(m_registrations.begin(), m_registrations.end());
     for (const Registration& registration : snapshot) {
         // Observers are cheap to check and lists are short; a linear lookup keeps
         // the book simple and correct under any re-entrant change.
@@ -132,24 +128,26 @@ void DisplayItemObserverList::notifyChildOverallVisibilityChanged(bool visible) 
     dispatch([visible](DisplayItemEventObserver& o) { o.onChildOverallVisibilityChangedEvent(visible); });
 }
 
-void DisplayItemObserverList::rememberOwner(DisplayItemEventObserver& observer) const
+void DisplayItemObserverList::rememberOwner(DisplayItemEventObserver& observer,
+                                            const std::weak_ptr<DisplayItemInterface>& owner)
 {
-    if (sameItem(m_owner, std::weak_ptr<DisplayItemInterface>{}))
+    if (sameItem(owner, std::weak_ptr<DisplayItemInterface>{}))
         return; // no owner known yet
     auto& items = observer.m_observedItems;
-    const bool known = std::any_of(items.begin(), items.end(), [this](const std::weak_ptr<DisplayItemInterface>& w) {
-        return sameItem(w, m_owner);
+    const bool known = std::any_of(items.begin(), items.end(), [&owner](const std::weak_ptr<DisplayItemInterface>& w) {
+        return sameItem(w, owner);
     });
     if (!known)
-        items.append(m_owner);
+        items.append(owner);
 }
 
-void DisplayItemObserverList::forgetOwner(DisplayItemEventObserver& observer) const
+void DisplayItemObserverList::forgetOwner(DisplayItemEventObserver& observer,
+                                          const std::weak_ptr<DisplayItemInterface>& owner)
 {
     auto& items = observer.m_observedItems;
     items.erase(std::remove_if(items.begin(), items.end(),
-                               [this](const std::weak_ptr<DisplayItemInterface>& w) {
-                                   return sameItem(w, m_owner) || w.expired();
+                               [&owner](const std::weak_ptr<DisplayItemInterface>& w) {
+                                   return sameItem(w, owner) || w.expired();
                                }),
                 items.end());
 }

@@ -4,12 +4,11 @@
 #include <hostcontract/HostExport.h>
 #include <hostcontract/HostTypes.h>
 
-#include <QVarLengthArray>
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace Brennvik {
 
@@ -24,26 +23,28 @@ class DisplayItemInterface;
 /// registers during the event receives the next event only. Each registration
 /// carries a serial number, so an observer that is destroyed and a new one that
 /// happens to get the same address are never confused.
+///
+/// The list does not know its item: the item names itself (\a owner) where the
+/// observers' books of the items they observe change. Every display item has a
+/// list, so it is kept to one vector: empty, it holds no memory.
 class BRENNVIK_HOST_EXPORT DisplayItemObserverList
 {
 public:
-    /// \a owner identifies the item the list belongs to in its observers' books;
-    /// it may be set later with setOwner (an item cannot name itself while it is
-    /// being constructed).
-    explicit DisplayItemObserverList(std::weak_ptr<DisplayItemInterface> owner = {});
-    /// Forgets every observer; they no longer count this item as observed.
-    ~DisplayItemObserverList();
+    DisplayItemObserverList() = default;
+    /// The owning item clears the list before it goes; what is left is dropped.
+    ~DisplayItemObserverList() = default;
     DisplayItemObserverList(const DisplayItemObserverList&) = delete;
     DisplayItemObserverList& operator=(const DisplayItemObserverList&) = delete;
 
-    void setOwner(std::weak_ptr<DisplayItemInterface> owner);
-
-    /// Adds \a observer; a null pointer or an observer already present changes nothing.
-    void add(DisplayItemEventObserver* observer);
-    /// Removes \a observer; a null pointer or an unknown observer changes nothing.
-    void remove(DisplayItemEventObserver* observer);
-    /// Removes every observer.
-    void clear();
+    /// Adds \a observer, which then counts \a owner among the items it
+    /// observes (unless \a owner is empty: an item that no shared reference
+    /// holds yet). A null pointer or an observer already present changes nothing.
+    void add(DisplayItemEventObserver* observer, const std::weak_ptr<DisplayItemInterface>& owner);
+    /// Removes \a observer, which no longer counts \a owner; a null pointer or
+    /// an unknown observer changes nothing.
+    void remove(DisplayItemEventObserver* observer, const std::weak_ptr<DisplayItemInterface>& owner);
+    /// Removes every observer; none of them counts \a owner any more.
+    void clear(const std::weak_ptr<DisplayItemInterface>& owner);
 
     bool contains(const DisplayItemEventObserver* observer) const;
     std::size_t size() const;
@@ -67,17 +68,13 @@ private:
         DisplayItemEventObserver* observer;
         std::uint64_t serial;
     };
+    using Registrations = std::vector<Registration>;
 
     bool isRegistered(const Registration& registration) const;
-    void rememberOwner(DisplayItemEventObserver& observer) const;
-    void forgetOwner(DisplayItemEventObserver& observer) const;
+    static void rememberOwner(DisplayItemEventObserver& observer, const std::weak_ptr<DisplayItemInterface>& owner);
+    static void forgetOwner(DisplayItemEventObserver& observer, const std::weak_ptr<DisplayItemInterface>& owner);
 
-    std::weak_ptr<DisplayItemInterface> m_owner;
-    // Most items have one observer, the row that shows them: inline, so that
-    // neither registering nor taking the snapshot of an event allocates.
-    using Registrations = QVarLengthArray<Registration, 1>;
     Registrations m_registrations;
-    std::uint64_t m_nextSerial = 1;
 };
 
 } // namespace Brennvik

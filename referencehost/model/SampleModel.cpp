@@ -284,6 +284,25 @@ std::shared_ptr<DisplayItem> buildLabels()
     return root;
 }
 
+// A geometry module of the generated model: its "Geometry" group holds
+// \a leaves surfaces, which the module lists.
+std::shared_ptr<GeometryModuleItem> makeSyntheticModule(std::size_t serial, std::size_t leaves)
+{
+    auto module = std::make_shared<GeometryModuleItem>("Module " + std::to_string(serial));
+    auto geometry = std::make_shared<DisplayItem>("Geometry");
+    std::vector<std::shared_ptr<DisplayItem>> surfaces;
+    surfaces.reserve(leaves);
+    for (std::size_t leaf = 1; leaf <= leaves; ++leaf) {
+        auto surface = std::make_shared<DisplayItem>("Surface " + std::to_string(serial) + "." + std::to_string(leaf));
+        surface->setDisplayProperty("render mode", "shaded");
+        module->addGeometryDisplayItem(surface);
+        surfaces.push_back(std::move(surface));
+    }
+    geometry->appendChildren(surfaces);
+    module->appendChild(geometry);
+    return module;
+}
+
 } // namespace
 
 std::shared_ptr<SceneViewModel> buildSampleViewModel()
@@ -340,30 +359,24 @@ std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, u
             item.setVisible(false);
     };
 
-    std::deque<std::shared_ptr<DisplayItem>> frontier{root};
+    // The frontier holds plain pointers: every item in it is owned by its
+    // parent already, and at the end it holds nearly all leaves.
+    std::deque<DisplayItem*> frontier{root.get()};
+    std::vector<std::shared_ptr<DisplayItem>> children;
     while (count < itemCount && !frontier.empty()) {
-        const auto parent = frontier.front();
+        DisplayItem* const parent = frontier.front();
         frontier.pop_front();
         const unsigned fanOut = 5 + draw(11);
+        children.clear();
         for (unsigned i = 0; i < fanOut && count < itemCount; ++i) {
             ++serial;
             const unsigned roll = draw(100);
             const std::size_t remaining = itemCount - count;
             std::shared_ptr<DisplayItem> item;
             if (roll < 5 && remaining >= 3) {
-                auto module = std::make_shared<GeometryModuleItem>("Module " + std::to_string(serial));
-                auto geometry = std::make_shared<DisplayItem>("Geometry");
-                module->appendChild(geometry);
                 const std::size_t leaves = std::min<std::size_t>(1 + draw(6), remaining - 2);
-                for (std::size_t leaf = 1; leaf <= leaves; ++leaf) {
-                    auto surface = std::make_shared<DisplayItem>("Surface " + std::to_string(serial) + "."
-                                                                 + std::to_string(leaf));
-                    surface->setDisplayProperty("render mode", "shaded");
-                    geometry->appendChild(surface);
-                    module->addGeometryDisplayItem(surface);
-                }
+                item = makeSyntheticModule(serial, leaves);
                 count += 2 + leaves;
-                item = module;
             } else if (roll < 20) {
                 item = std::make_shared<ShellItem>("Shell " + std::to_string(serial), "Tool",
                                                    "Tool " + std::to_string(serial));
@@ -377,9 +390,12 @@ std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, u
                 ++count;
             }
             decorate(*item);
-            parent->appendChild(item);
-            frontier.push_back(item);
+            children.push_back(std::move(item));
         }
+        // All at once: the parent's list of children is allocated once, at its size.
+        parent->appendChildren(children);
+        for (const auto& child : children)
+            frontier.push_back(child.get());
     }
 
     SceneDisplayModel& model = viewModel->displayModel();

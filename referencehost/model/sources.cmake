@@ -17,6 +17,10 @@ set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
     model/EditorDisplayModel.cpp
     model/HostCallLog.h
     model/HostCallLog.cpp
+    model/ChildSlots.h
+    model/ChildSlots.cpp
+    model/PackedProperties.h
+    model/PackedProperties.cpp
     model/DisplayItem.h
     model/DisplayItem.cpp
     model/ShellItem.h

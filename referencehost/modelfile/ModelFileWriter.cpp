@@ -304,10 +304,13 @@ QJsonValue ModelFileWriter::itemValue(const DisplayItem& item) const
         object.insert(QStringLiteral("selectionAllowed"), false);
     if (!item.isSelectable())
         object.insert(QStringLiteral("selectable"), false);
-    if (!item.businessProperties().empty())
-        object.insert(QStringLiteral("businessProperties"), propertyArray(item.businessProperties(), name));
-    if (!item.displayProperties().empty())
-        object.insert(QStringLiteral("displayProperties"), propertyArray(item.displayProperties(), name));
+    // The item packs its properties and makes each list on request: made once here.
+    const PropertyList businessProperties = item.businessProperties();
+    if (!businessProperties.empty())
+        object.insert(QStringLiteral("businessProperties"), propertyArray(businessProperties, name));
+    const PropertyList displayProperties = item.displayProperties();
+    if (!displayProperties.empty())
+        object.insert(QStringLiteral("displayProperties"), propertyArray(displayProperties, name));
 
     // Bounded: numberTree refused trees deeper than the limit.
     if (item.childCount() > 0) {

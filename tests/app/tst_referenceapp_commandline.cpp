@@ -103,6 +103,8 @@ private slots:
 
     void generatedModelRefusal_data();
     void generatedModelRefusal();
+    void generatedModelEstimateCountsOpenDialogs_data();
+    void generatedModelEstimateCountsOpenDialogs();
     void generatedModelBeyondMemoryIsRefusedBeforeBuilding();
 
     void screenshotReplacesAnExistingFile();
@@ -198,6 +200,40 @@ void tst_ReferenceAppCommandLine::generatedModelRefusal()
         QVERIFY2(text.contains(refusal), qPrintable(text));
     // The estimate grows with the count.
     QVERIFY(estimatedMemoryForGeneratedModel(items + 1) > estimatedMemoryForGeneratedModel(items));
+}
+
+void tst_ReferenceAppCommandLine::generatedModelEstimateCountsOpenDialogs_data()
+{
+    QTest::addColumn<QStringList>("dialogs");
+    QTest::addColumn<bool>("needsMore");     // than the main window alone
+    QTest::addColumn<QStringList>("sameAs"); // dialogs with the same estimate
+
+    QTest::newRow("display model") << QStringList{"display-model"} << true << QStringList{"display-model"};
+    QTest::newRow("clone comparison") << QStringList{"clone-comparison"} << true << QStringList{"clone-comparison"};
+    QTest::newRow("2D plots only") << QStringList{"display-model-2d"} << false << QStringList{};
+    QTest::newRow("unknown name") << QStringList{"nothing"} << false << QStringList{};
+    QTest::newRow("a dialog named twice counts once")
+        << QStringList{"display-model", "display-model"} << true << QStringList{"display-model"};
+    QTest::newRow("two dialogs add up") << QStringList{"clone-comparison", "display-model"} << true
+                                        << QStringList{"display-model", "clone-comparison"};
+}
+
+void tst_ReferenceAppCommandLine::generatedModelEstimateCountsOpenDialogs()
+{
+    QFETCH(QStringList, dialogs);
+    QFETCH(bool, needsMore);
+    QFETCH(QStringList, sameAs);
+
+    const quint64 items = 1000000;
+    const quint64 alone = estimatedMemoryForGeneratedModel(items);
+    const quint64 estimate = estimatedMemoryForGeneratedModel(items, dialogs);
+    QCOMPARE(estimate > alone, needsMore);
+    QCOMPARE(estimate, estimatedMemoryForGeneratedModel(items, sameAs));
+    // The dialogs' share grows with the model as well.
+    QCOMPARE(estimatedMemoryForGeneratedModel(2 * items, dialogs) - estimate,
+             estimate - estimatedMemoryForGeneratedModel(0, dialogs));
+    // A refusal weighs the dialogs: a memory that holds the main window alone may not hold them.
+    QCOMPARE(Brennvik::generatedModelRefusal(items, alone, dialogs).isEmpty(), !needsMore);
 }
 
 void tst_ReferenceAppCommandLine::generatedModelBeyondMemoryIsRefusedBeforeBuilding()
