@@ -28,20 +28,15 @@ void DisplayItemObserverList::add(DisplayItemEventObserver* observer, const std:
 {
     if (!observer || contains(observer))
         return;
-    m_registrations.push_back({observer, nextSerial()});
+    m_registrations.append({observer, nextSerial()});
     rememberOwner(*observer, owner);
 }
 
 void DisplayItemObserverList::remove(DisplayItemEventObserver* observer,
                                      const std::weak_ptr<DisplayItemInterface>& owner)
 {
-    const auto it = std::find_if(m_registrations.begin(), m_registrations.end(),
-                                 [observer](const Registration& r) { return r.observer == observer; });
-    if (!observer || it == m_registrations.end())
+    if (!m_registrations.remove(observer))
         return;
-    m_registrations.erase(it);
-    if (m_registrations.empty())
-        Registrations().swap(m_registrations);
     forgetOwner(*observer, owner);
 }
 
@@ -49,8 +44,7 @@ void DisplayItemObserverList::clear(const std::weak_ptr<DisplayItemInterface>& o
 {
     // Take the registrations out first: forgetting may not call back into us,
     // but the list must be empty whatever happens.
-    Registrations registrations;
-    registrations.swap(m_registrations);
+    const auto registrations = m_registrations.takeAll();
     for (const Registration& registration : registrations)
         forgetOwner(*registration.observer, owner);
 }

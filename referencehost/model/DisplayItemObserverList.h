@@ -4,6 +4,8 @@
 #include <hostcontract/HostExport.h>
 #include <hostcontract/HostTypes.h>
 
+#include "ObserverRegistrations.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -63,18 +65,13 @@ public:
     void notifyChildOverallVisibilityChanged(bool visible) const;
 
 private:
-    struct Registration
-    {
-        DisplayItemEventObserver* observer;
-        std::uint64_t serial;
-    };
-    using Registrations = std::vector<Registration>;
+    using Registration = ObserverRegistration;
 
     bool isRegistered(const Registration& registration) const;
     static void rememberOwner(DisplayItemEventObserver& observer, const std::weak_ptr<DisplayItemInterface>& owner);
     static void forgetOwner(DisplayItemEventObserver& observer, const std::weak_ptr<DisplayItemInterface>& owner);
 
-    Registrations m_registrations;
+    ObserverRegistrations m_registrations;
 };
 
 } // namespace Brennvik

@@ -5,6 +5,8 @@ set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
     model/DisplayItemEventObserver.cpp
     model/DisplayItemObserverList.h
     model/DisplayItemObserverList.cpp
+    model/ObserverRegistrations.h
+    model/ObserverRegistrations.cpp
     ${PROJECT_SOURCE_DIR}/hostcontract/DisplayItemTreeTraverser.h
     model/DisplayItemTreeTraverser.cpp
     model/DisplayTreeWalk.h
