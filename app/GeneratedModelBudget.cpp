@@ -13,11 +13,12 @@ namespace Brennvik {
 
 namespace {
 
-// Peak resident sizes with --generate 1000000 (47 MB for one item): the main
-// window alone 880 MB, 0.83 KB per item; with the display model dialog
-// 1.51 GB, 0.63 KB more per item; with the clone comparison and the 2D dialog
-// as well (a clone of the model and two more trees) 2.88 GB, 1.37 KB more per
-// item. At 100,000 items the shares are 0.86, 0.80 and 1.57 KB. Rounded up.
+// Peak resident sizes with --generate 1000000 (45 MB for one item): the main
+// window alone 0.69 GB, 0.67 KB per item; with the display model dialog
+// 1.15 GB, 0.48 KB more per item; with the clone comparison as well (a clone
+// of the model and two more trees) 2.14 GB, 1.04 KB more per item. At 100,000
+// items the shares are 0.70, 0.66 and 1.15 KB; 10,000,000 items with the
+// display model dialog took 11.3 GB. Rounded up, with room for other builds.
 constexpr quint64 BaseBytes = 64ULL << 20;
 constexpr quint64 MainWindowBytesPerItem = 900;
 
