@@ -1,9 +1,11 @@
 # Installs the build tree into a fresh prefix, then configures, builds and
-# runs a small host program that finds the installed package.
+# runs a small host program that finds the installed package. With
+# -DEXAMPLE_DIR=..., it also builds the README's embedding example there.
 #   cmake -DBUILD_DIR=... -DWORK_DIR=... -DCONSUMER_DIR=... -DGENERATOR=... -P InstallAndConsume.cmake
 # With -DEXTERNAL_HOST=ON -DSOURCE_DIR=<project> instead of BUILD_DIR, it first
 # builds the library for an external host in a build tree of its own and
-# checks that the library does not depend on the reference host.
+# checks that the library does not depend on the reference host; with
+# -DHOST_CHECKLIST=<doc>, also that the doc names all the library needs of the host.
 if(EXTERNAL_HOST)
     if(NOT DEFINED SOURCE_DIR)
         message(FATAL_ERROR "InstallAndConsume: SOURCE_DIR is needed with EXTERNAL_HOST")
@@ -49,6 +51,10 @@ if(EXTERNAL_HOST)
     endif()
     if(NOT last_output MATCHES "libQt5Widgets")
         message(FATAL_ERROR "Unexpected dependencies of ${library}:\n${last_output}")
+    endif()
+    if(DEFINED HOST_CHECKLIST)
+        include(${CMAKE_CURRENT_LIST_DIR}/CheckHostChecklist.cmake)
+        check_host_checklist(${library} ${HOST_CHECKLIST})
     endif()
 endif()
 foreach(expected
@@ -103,4 +109,15 @@ run(${consumerBuild}/brennvik-consumer-conformance)
 message(STATUS "conformance: ${last_output}")
 if(NOT last_output MATCHES "Totals: [0-9]+ passed, 0 failed")
     message(FATAL_ERROR "The conformance kit did not pass: ${last_output}")
+endif()
+
+# The README's embedding example, as a newcomer copies it, builds against
+# the same prefix.
+if(DEFINED EXAMPLE_DIR)
+    run(${CMAKE_COMMAND} -S ${EXAMPLE_DIR} -B ${WORK_DIR}/example-build -G ${GENERATOR}
+        -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+    run(${CMAKE_COMMAND} --build ${WORK_DIR}/example-build)
+    if(NOT EXISTS ${WORK_DIR}/example-build/my_host)
+        message(FATAL_ERROR "The embedding example built no program")
+    endif()
 endif()
