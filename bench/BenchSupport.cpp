@@ -19,8 +19,10 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 namespace Brennvik::Bench {
 
@@ -58,7 +60,47 @@ int iterationsFor(long n)
 } // namespace
 
 namespace {
+
 int largeRepetitions = 1;
+// The size of the case running now; large cases wait for the guest before
+// they are timed.
+long runningCaseSize = 0;
+
+// What the guest kernel has handed back to the hypervisor so far, KiB
+// ("free page reporting"); -1 where the kernel does not report.
+long long reportedFreeKiB()
+{
+    std::ifstream reported("/sys/module/page_reporting/parameters/reported_kib");
+    long long kib = -1;
+    if (!(reported >> kib))
+        return -1;
+    return kib;
+}
+
+// The guest reports freed memory to the hypervisor about two seconds after it
+// was freed, a little at a time, and a case timed meanwhile pays for the
+// previous case's frees. Waits until nothing more was reported for three
+// seconds, at most 20 seconds in all.
+void waitForFreedMemoryReported()
+{
+    using namespace std::chrono_literals;
+    long long last = reportedFreeKiB();
+    if (last < 0)
+        return;
+    const auto giveUp = std::chrono::steady_clock::now() + 20s;
+    auto quietSince = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() < giveUp) {
+        std::this_thread::sleep_for(250ms);
+        const long long now = reportedFreeKiB();
+        if (now != last) {
+            last = now;
+            quietSince = std::chrono::steady_clock::now();
+        } else if (std::chrono::steady_clock::now() - quietSince >= 3s) {
+            return;
+        }
+    }
+}
+
 } // namespace
 
 void setLargeRepetitions(int repetitions)
@@ -69,11 +111,14 @@ void setLargeRepetitions(int repetitions)
 void registerCase(const std::string& scenario, const std::string& side, long n, Body body, int iterations)
 {
     const std::string name = scenario + "/" + side + "/" + std::to_string(n);
-    benchmark::internal::Benchmark* bench
-        = benchmark::RegisterBenchmark(name.c_str(), [body](benchmark::State& state) { body(state); })
-              ->UseManualTime()
-              ->Unit(benchmark::kMillisecond)
-              ->Iterations(iterations > 0 ? iterations : iterationsFor(n));
+    benchmark::internal::Benchmark* bench = benchmark::RegisterBenchmark(name.c_str(),
+                                                                         [body, n](benchmark::State& state) {
+                                                                             runningCaseSize = n;
+                                                                             body(state);
+                                                                         })
+                                                ->UseManualTime()
+                                                ->Unit(benchmark::kMillisecond)
+                                                ->Iterations(iterations > 0 ? iterations : iterationsFor(n));
     if (n >= 1000000 && largeRepetitions > 1)
         bench->Repetitions(largeRepetitions);
 }
@@ -91,6 +136,8 @@ void settle()
 void PeakMemory::reset()
 {
     malloc_trim(0);
+    if (runningCaseSize >= 1000000)
+        waitForFreedMemoryReported();
     {
         std::ofstream clearRefs("/proc/self/clear_refs");
         clearRefs << "5";

@@ -56,7 +56,8 @@ class PeakMemory
 {
 public:
     /// Hands freed heap back to the system and restarts the peak at the
-    /// current resident set.
+    /// current resident set. In a case of a million items or more it first
+    /// waits until the guest has handed freed memory to the hypervisor.
     void reset();
     /// Peak resident set since reset, MiB.
     double peakMiB() const;
