@@ -1,3 +1,4 @@
+#include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
 #include "ReferenceMainWindow.h"
 
@@ -143,68 +144,28 @@ QByteArray nativeFileName(const QCommandLineParser& parser, const QCommandLineOp
 
 int main(int argc, char* argv[])
 {
+    if (const std::optional<int> status = Brennvik::answerHelpOrVersion(argc, argv))
+        return *status;
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("brennvik-referenceapp"));
-    QApplication::setApplicationVersion(QStringLiteral("0.1"));
+    Brennvik::setApplicationNames();
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Reference host application: a sample part and process shown as a live display model,\n"
-                       "with the debug dialogs in its Debug menu."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption generateOption(
-        QStringLiteral("generate"),
-        QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
-        QStringLiteral("n"));
-    const QCommandLineOption modelOption(
-        QStringLiteral("model"), QStringLiteral("Show the model snapshot of the JSON <file> instead of the sample."),
-        QStringLiteral("file"));
-    const QCommandLineOption saveModelOption(
-        QStringLiteral("save-model"),
-        QStringLiteral("Write the model shown (before any change) as a JSON snapshot to <file>."),
-        QStringLiteral("file"));
-    const QCommandLineOption openOption(
-        QStringLiteral("open"),
-        QStringLiteral("Open a dialog at start, as the Debug menu does: display-model, clone-comparison or\n"
-                       "display-model-2d. May be given more than once."),
-        QStringLiteral("name"));
-    const QCommandLineOption screenshotOption(
-        QStringLiteral("screenshot"),
-        QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."),
-        QStringLiteral("file"));
-    const QCommandLineOption cloneDefectOption(
-        QStringLiteral("clone-defect"),
-        QStringLiteral(
-            "Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
-            "share-child, repeat-child, change-type, flip-visibility, change-property, drop-geometry-entry;\n"
-            "target an item's display name\n"
-            "(the first in pre-order). May be given more than once."),
-        QStringLiteral("kind:target"));
-    const QCommandLineOption langOption(
-        QStringLiteral("lang"),
-        QStringLiteral("Show the dialogs' texts in the language <code> (for example de); English without."),
-        QStringLiteral("code"));
-    parser.addOption(modelOption);
-    parser.addOption(saveModelOption);
-    parser.addOption(generateOption);
-    parser.addOption(cloneDefectOption);
-    parser.addOption(openOption);
-    parser.addOption(screenshotOption);
-    parser.addOption(langOption);
-    // Every option that takes a value: one of them may swallow the next argument.
-    const QList<QCommandLineOption> valueOptions{modelOption, saveModelOption,  generateOption, cloneDefectOption,
-                                                 openOption,  screenshotOption, langOption};
+    Brennvik::CommandLineOptions options;
+    QCommandLineParser& parser = options.parser;
+    const QCommandLineOption& modelOption = options.model;
+    const QCommandLineOption& saveModelOption = options.saveModel;
+    const QCommandLineOption& generateOption = options.generate;
+    const QCommandLineOption& cloneDefectOption = options.cloneDefect;
+    const QCommandLineOption& openOption = options.open;
+    const QCommandLineOption& screenshotOption = options.screenshot;
+    const QCommandLineOption& langOption = options.lang;
     // Errors of the command line are usage errors (status 2); Qt's own
     // handling would give them status 1, that of a file that fails to load.
     if (!parser.parse(QCoreApplication::arguments()))
         return usageError(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
         return usageError(QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
-    // What is left for Qt are --help and --version.
-    parser.process(app);
     // Taken after QApplication has removed its own options, as the parser's arguments were.
-    const QHash<QString, QByteArray> rawValues = rawOptionValues(argc, argv, valueOptions);
+    const QHash<QString, QByteArray> rawValues = rawOptionValues(argc, argv, options.valueOptions());
 
     // Installed before any window is made: forms look their texts up once, when built.
     QTranslator translator;
