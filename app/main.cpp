@@ -91,6 +91,25 @@ QString unknownDefectTarget(const Brennvik::SceneViewModel& viewModel,
     return QString();
 }
 
+// The first clone defect of \a viewModel that a clone leaves out because it
+// cannot apply to its target (the root cannot be dropped, an item that is no
+// geometry module has no list to shorten...). Asked of one trial clone: the
+// host's own verdict, which a second set of rules here could contradict.
+QString unfitCloneDefect(const Brennvik::SceneViewModel& viewModel)
+{
+    if (viewModel.cloneDefects().empty())
+        return QString();
+    viewModel.cloneSceneViewModel(false);
+    const std::vector<Brennvik::CloneDefect>& unapplied = viewModel.lastCloneUnappliedDefects();
+    if (unapplied.empty())
+        return QString();
+    const Brennvik::CloneDefect& defect = unapplied.front();
+    return QStringLiteral("--clone-defect %1: %2 cannot apply to the item named '%3'")
+        .arg(QString::fromStdString(defect.toString()),
+             QString::fromStdString(Brennvik::CloneDefect::toString(defect.kind)),
+             QString::fromStdString(defect.target));
+}
+
 // Writes \a shot as PNG to the file named \a file (its bytes as the system
 // takes them) through a file beside it that replaces it only once complete,
 // so that a failed write leaves what was there. Only an ordinary file is
@@ -241,6 +260,9 @@ int main(int argc, char* argv[])
     if (!unknownTarget.isEmpty())
         return usageError(unknownTarget);
     viewModel->setCloneDefects(std::move(defects));
+    const QString unfitDefect = unfitCloneDefect(*viewModel);
+    if (!unfitDefect.isEmpty())
+        return usageError(unfitDefect);
 
     Brennvik::ReferenceMainWindow window(viewModel);
     window.show();

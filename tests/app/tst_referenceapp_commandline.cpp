@@ -141,6 +141,17 @@ void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
         << QStringList{"--clone-defect", "flip-visibility:NoSuchItem"} << "no item is named 'NoSuchItem'";
     QTest::newRow("clone defect naming no item of a generated model")
         << QStringList{"--generate", "50", "--clone-defect", "drop-child:Punch"} << "no item is named 'Punch'";
+    QTest::newRow("clone defect that cannot drop the root")
+        << QStringList{"--clone-defect", "drop-child:Forming simulation"}
+        << "drop-child cannot apply to the item named 'Forming simulation'";
+    QTest::newRow("clone defect of a geometry list on an item that is no module")
+        << QStringList{"--clone-defect", "drop-geometry-entry:Blank"}
+        << "drop-geometry-entry cannot apply to the item named 'Blank'";
+    QTest::newRow("clone defect that cannot share the root, beside one that applies")
+        << QStringList{"--generate",     "50",
+                       "--clone-defect", "flip-visibility:Synthetic model",
+                       "--clone-defect", "share-child:Synthetic model"}
+        << "share-child cannot apply to the item named 'Synthetic model'";
     QTest::newRow("no items to generate") << QStringList{"--generate", "0"} << "--generate";
     QTest::newRow("unknown dialog") << QStringList{"--open", "nothing"} << "unknown dialog 'nothing'";
     QTest::newRow("unknown language") << QStringList{"--lang", "xx"} << "unknown language 'xx'";
