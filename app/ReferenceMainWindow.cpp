@@ -22,6 +22,7 @@
 #include <referencehost/model/SceneViewModel.h>
 #include <referencehost/plot2d/MaterialGenerator.h>
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QSplitter>
@@ -143,29 +144,7 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
         [this](const std::shared_ptr<ViewModelInterface>& viewModel) { showInSceneView(viewModel); });
     m_drawAreaPresenter->showViewModel(m_viewModel);
 
-    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
-    viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
-    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
-    viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
-
-    QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
-    debugMenu->setObjectName(QStringLiteral("debugMenu"));
-    QAction* displayModelAction
-        = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
-    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
-    QAction* cloneAction
-        = debugMenu->addAction(tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); });
-    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
-    QAction* model2DAction
-        = debugMenu->addAction(tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); });
-    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
-    QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
-    windowMenu->addAction(tr("&Material generator"), this, [this]() {
-        if (m_materialGenerator) {
-            m_materialGenerator->show();
-            m_materialGenerator->raise();
-        }
-    });
+    createMenus();
 
     m_viewModel->displayModel().setUpdateCallback([this]() { onModelUpdated(); });
 
@@ -187,6 +166,56 @@ ReferenceMainWindow::~ReferenceMainWindow()
     m_viewModel->displayModel().setUpdateCallback({});
     if (const std::shared_ptr<SceneViewModel> foreign = m_foreignViewModel.lock())
         foreign->displayModel().setUpdateCallback({});
+}
+
+void ReferenceMainWindow::createMenus()
+{
+    QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
+    fileMenu->setObjectName(QStringLiteral("fileMenu"));
+    QAction* quitAction = fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(tr("Ctrl+Q")));
+    quitAction->setObjectName(QStringLiteral("quitAction"));
+
+    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
+    viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
+    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
+    viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
+
+    createDebugMenu();
+
+    QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
+    windowMenu->addAction(tr("&Material generator"), this, [this]() {
+        if (m_materialGenerator) {
+            m_materialGenerator->show();
+            m_materialGenerator->raise();
+        }
+    });
+}
+
+void ReferenceMainWindow::createDebugMenu()
+{
+    // Ctrl+Shift: the dialogs' own windows keep the plain Ctrl keys.
+    QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
+    debugMenu->setObjectName(QStringLiteral("debugMenu"));
+    QAction* displayModelAction = debugMenu->addAction(
+        tr("Display &model..."), this, [this]() { openDisplayModelDialog(); }, QKeySequence(tr("Ctrl+Shift+D")));
+    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
+    QAction* cloneAction = debugMenu->addAction(
+        tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); }, QKeySequence(tr("Ctrl+Shift+C")));
+    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
+    QAction* model2DAction = debugMenu->addAction(
+        tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); }, QKeySequence(tr("Ctrl+Shift+P")));
+    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
+}
+
+void ReferenceMainWindow::closeEvent(QCloseEvent* event)
+{
+    QMainWindow::closeEvent(event);
+    if (!event->isAccepted())
+        return;
+    // The dialogs and the material generator are windows of their own: left
+    // open, they would keep the application running without its main window.
+    for (QWidget* window : openDialogs())
+        window->close();
 }
 
 void ReferenceMainWindow::onModelUpdated()

@@ -48,8 +48,11 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
+    void createMenus();
+    void createDebugMenu();
     void rebuildTree();
     void updateStatus();
     void onModelUpdated();
