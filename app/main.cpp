@@ -20,10 +20,12 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QTimer>
 #include <QTranslator>
 
 #include <algorithm>
+#include <memory>
 #include <cstdio>
 #include <optional>
 #include <vector>
@@ -264,7 +266,13 @@ int main(int argc, char* argv[])
     if (!unfitDefect.isEmpty())
         return usageError(unfitDefect);
 
+    // Where the windows were left: the application's own settings (the
+    // library reads none), or the file given with --settings.
+    const std::unique_ptr<QSettings> settings = parser.isSet(options.settings)
+        ? std::make_unique<QSettings>(parser.value(options.settings), QSettings::IniFormat)
+        : std::make_unique<QSettings>();
     Brennvik::ReferenceMainWindow window(viewModel);
+    window.setSettings(settings.get());
     window.show();
 
     for (const QString& name : parser.values(openOption)) {

@@ -1,6 +1,7 @@
 // The reference application's windows as a user handles them: closing and
 // quitting, the menu shortcuts, and where the windows open on the screen.
 #include <ReferenceMainWindow.h>
+#include <WindowPlacement.h>
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
 #include <debugmenucontent/displaymodel2d/DisplayModel2DDialog.h>
@@ -13,6 +14,9 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -88,6 +92,13 @@ private slots:
     void debugMenuShortcutsOpenTheDialogs_data();
     void debugMenuShortcutsOpenTheDialogs();
     void menuShortcutsDoNotClash();
+
+    void dialogBesideTheMainWindow_data();
+    void dialogBesideTheMainWindow();
+    void firstMainWindowLeavesRoomForADialog_data();
+    void firstMainWindowLeavesRoomForADialog();
+    void everyWindowOpensOnTheAvailableScreen();
+    void placementIsRememberedBetweenRuns();
 
 private:
     std::shared_ptr<SceneViewModel> m_viewModel;
@@ -178,6 +189,120 @@ void tst_ReferenceAppWindows::menuShortcutsDoNotClash()
     }
     // Quit and the three dialogs at least.
     QVERIFY(withShortcut >= 4);
+}
+
+void tst_ReferenceAppWindows::dialogBesideTheMainWindow_data()
+{
+    QTest::addColumn<QRect>("mainFrame");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("minimumWidth");
+    QTest::addColumn<QRect>("expected");
+    const QRect screen(0, 0, 1366, 740); // 1366 x 768 less a panel
+    QTest::newRow("room on the right") << QRect(0, 0, 746, 740) << QSize(620, 792) << 300 << QRect(746, 0, 620, 740);
+    QTest::newRow("room on the left only")
+        << QRect(620, 20, 746, 700) << QSize(620, 500) << 300 << QRect(0, 20, 620, 500);
+    QTest::newRow("narrowed into the right gap")
+        << QRect(0, 0, 746, 740) << QSize(764, 600) << 500 << QRect(746, 0, 620, 600);
+    QTest::newRow("narrowed into the wider left gap")
+        << QRect(700, 0, 600, 740) << QSize(764, 600) << 500 << QRect(0, 0, 700, 600);
+    QTest::newRow("no room: against the edge of the wider gap")
+        << QRect(0, 0, 500, 740) << QSize(940, 600) << 940 << QRect(426, 0, 940, 600);
+    QTest::newRow("no gap: over the tree side")
+        << QRect(0, 0, 1366, 740) << QSize(764, 600) << 500 << QRect(0, 0, 764, 600);
+    QTest::newRow("main window low on the screen: pulled up")
+        << QRect(0, 400, 746, 300) << QSize(620, 600) << 300 << QRect(746, 140, 620, 600);
+    QTest::newRow("second screen to the right")
+        << QRect(1366, 0, 746, 740) << QSize(620, 500) << 300 << QRect(1366 + 746, 0, 620, 500);
+}
+
+void tst_ReferenceAppWindows::dialogBesideTheMainWindow()
+{
+    QFETCH(QRect, mainFrame);
+    QFETCH(QSize, size);
+    QFETCH(int, minimumWidth);
+    QFETCH(QRect, expected);
+    const QRect available = QTest::currentDataTag() == QByteArray("second screen to the right")
+        ? QRect(1366, 0, 1366, 740)
+        : QRect(0, 0, 1366, 740);
+    QCOMPARE(besideMainWindow(mainFrame, size, minimumWidth, available), expected);
+}
+
+void tst_ReferenceAppWindows::firstMainWindowLeavesRoomForADialog_data()
+{
+    QTest::addColumn<QRect>("available");
+    QTest::addColumn<QRect>("expected");
+    QTest::newRow("1366 x 768") << QRect(0, 0, 1366, 740) << QRect(0, 0, 406, 740);
+    QTest::newRow("1920 x 1080") << QRect(0, 0, 1920, 1050) << QRect(0, 0, 960, 820);
+    QTest::newRow("2560 x 1440") << QRect(0, 0, 2560, 1410) << QRect(0, 0, 1280, 820);
+    QTest::newRow("800 x 600") << QRect(0, 0, 800, 600) << QRect(0, 0, 400, 600);
+    QTest::newRow("narrower than the narrowest") << QRect(0, 0, 320, 240) << QRect(0, 0, 320, 240);
+    QTest::newRow("panel on the left") << QRect(64, 0, 1702, 768) << QRect(64, 0, 742, 768);
+}
+
+void tst_ReferenceAppWindows::firstMainWindowLeavesRoomForADialog()
+{
+    QFETCH(QRect, available);
+    QFETCH(QRect, expected);
+    QCOMPARE(firstMainWindowFrame(available), expected);
+}
+
+void tst_ReferenceAppWindows::everyWindowOpensOnTheAvailableScreen()
+{
+    m_window->openDisplayModelDialog();
+    m_window->openCloneComparisonDialog();
+    m_window->openDisplayModel2DDialog();
+    const QRect available = m_window->screen()->availableGeometry();
+    const QList<QWidget*> windows = QList<QWidget*>{m_window.get()} + m_window->openDialogs();
+    QCOMPARE(windows.size(), 5);
+    for (const QWidget* window : windows) {
+        // Of a window larger at its smallest than the screen, only its start is checked.
+        QRect frame = window->frameGeometry();
+        const QSize smallest = window->minimumSize() + (frame.size() - window->size());
+        if (smallest.width() > available.width() && frame.left() >= available.left())
+            frame = QRect(available.left(), frame.top(), available.width(), frame.height());
+        if (smallest.height() > available.height() && frame.top() >= available.top())
+            frame = QRect(frame.left(), available.top(), frame.width(), available.height());
+        QVERIFY2(available.contains(frame),
+                 qPrintable(QStringLiteral("%1 at %2,%3 %4x%5")
+                                .arg(window->windowTitle())
+                                .arg(window->frameGeometry().x())
+                                .arg(window->frameGeometry().y())
+                                .arg(window->frameGeometry().width())
+                                .arg(window->frameGeometry().height())));
+    }
+}
+
+void tst_ReferenceAppWindows::placementIsRememberedBetweenRuns()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString file = dir.filePath(QStringLiteral("referenceapp.ini"));
+    m_window.reset();
+
+    QRect mainGeometry;
+    QRect generatorGeometry;
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        ReferenceMainWindow window(m_viewModel);
+        window.setSettings(&settings);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.setGeometry(40, 30, 500, 400);
+        QWidget* generator = window.materialGeneratorWindow();
+        generator->setGeometry(300, 50, 450, 320);
+        mainGeometry = window.geometry();
+        generatorGeometry = generator->geometry();
+        window.close();
+    }
+    QVERIFY(QFile::exists(file));
+
+    QSettings settings(file, QSettings::IniFormat);
+    ReferenceMainWindow window(m_viewModel);
+    window.setSettings(&settings);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCOMPARE(window.geometry(), mainGeometry);
+    QCOMPARE(window.materialGeneratorWindow()->geometry(), generatorGeometry);
 }
 
 QTEST_MAIN(tst_ReferenceAppWindows)
