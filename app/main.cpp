@@ -190,6 +190,7 @@ int main(int argc, char* argv[])
 
     // Installed before any window is made: forms look their texts up once, when built.
     QTranslator translator;
+    QTranslator applicationTranslator;
     if (parser.isSet(langOption)) {
         const QString code = parser.value(langOption);
         // A code is a file name part; anything else could name another resource.
@@ -201,6 +202,9 @@ int main(int argc, char* argv[])
             return 2;
         }
         QCoreApplication::installTranslator(&translator);
+        // The host's and the application's own texts; English where a language has none.
+        if (applicationTranslator.load(QStringLiteral(":/i18n/brennvik_referenceapp_%1.qm").arg(code)))
+            QCoreApplication::installTranslator(&applicationTranslator);
     }
 
     std::shared_ptr<Brennvik::SceneViewModel> viewModel;
