@@ -1,5 +1,6 @@
 #include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
+#include "StartupProgress.h"
 #include "ReferenceMainWindow.h"
 
 #include <referencehost/model/CloneDefect.h>
@@ -234,7 +235,11 @@ int main(int argc, char* argv[])
             = Brennvik::generatedModelRefusal(count, Brennvik::availablePhysicalMemory(), parser.values(openOption));
         if (!refusal.isEmpty())
             return usageError(refusal);
-        viewModel = Brennvik::buildSyntheticViewModel(static_cast<std::size_t>(count), 1);
+        Brennvik::StartupProgress progress(
+            QCoreApplication::translate("main", "Generating %1 display items...").arg(count));
+        viewModel = Brennvik::buildSyntheticViewModel(
+            static_cast<std::size_t>(count), 1,
+            [&progress](std::size_t done, std::size_t total) { progress.report(done, total); });
     } else {
         viewModel = Brennvik::buildSampleViewModel();
     }

@@ -187,4 +187,12 @@
         <translation>Kopiert diese Zeile und die Zeilen darunter als eingerückten Text</translation>
     </message>
 </context>
+<context>
+    <name>main</name>
+    <message>
+        <location filename="../app/main.cpp" line="+239"/>
+        <source>Generating %1 display items...</source>
+        <translation>%1 Anzeigeelemente werden erzeugt...</translation>
+    </message>
+</context>
 </TS>

@@ -1,6 +1,7 @@
 // The reference application's windows as a user handles them: closing and
 // quitting, the menu shortcuts, and where the windows open on the screen.
 #include <ReferenceMainWindow.h>
+#include <StartupProgress.h>
 #include <WindowPlacement.h>
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
@@ -14,6 +15,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QScreen>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -99,6 +101,7 @@ private slots:
     void firstMainWindowLeavesRoomForADialog();
     void everyWindowOpensOnTheAvailableScreen();
     void placementIsRememberedBetweenRuns();
+    void generatingAModelShowsItsProgress();
 
 private:
     std::shared_ptr<SceneViewModel> m_viewModel;
@@ -303,6 +306,29 @@ void tst_ReferenceAppWindows::placementIsRememberedBetweenRuns()
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QCOMPARE(window.geometry(), mainGeometry);
     QCOMPARE(window.materialGeneratorWindow()->geometry(), generatorGeometry);
+}
+
+void tst_ReferenceAppWindows::generatingAModelShowsItsProgress()
+{
+    m_window.reset();
+    StartupProgress progress(QStringLiteral("Generating"));
+    QVERIFY(!progress.isVisible());
+    // What the user sees at each step, read from inside the generator's loop.
+    QList<int> shown;
+    bool alwaysVisible = true;
+    const auto viewModel = buildSyntheticViewModel(20000, 3, [&](std::size_t done, std::size_t total) {
+        QCOMPARE(total, std::size_t(20000));
+        progress.report(done, total);
+        alwaysVisible = alwaysVisible && progress.isVisible();
+        shown << progress.progressBar()->value();
+    });
+
+    QVERIFY(viewModel);
+    QVERIFY(alwaysVisible);
+    QVERIFY2(shown.size() >= 50, qPrintable(QString::number(shown.size())));
+    QVERIFY(std::is_sorted(shown.cbegin(), shown.cend()));
+    QVERIFY(shown.first() < 10);
+    QCOMPARE(shown.last(), 100);
 }
 
 QTEST_MAIN(tst_ReferenceAppWindows)
