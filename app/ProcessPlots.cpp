@@ -146,9 +146,9 @@ QWidget* ProcessPlots::createMaterialGeneratorWindow() const
 {
     auto* window = new QWidget(nullptr, Qt::Window);
     window->setObjectName(QStringLiteral("materialGeneratorWindow"));
-    window->setWindowTitle(QObject::tr("Material generator"));
+    window->setWindowTitle(tr("Material generator"));
     auto* layout = new QGridLayout(window);
-    auto* heading = new QLabel(QObject::tr("DC04, 1.20 mm: Hollomon fit and forming limit"), window);
+    auto* heading = new QLabel(tr("DC04, 1.20 mm: Hollomon fit and forming limit"), window);
     layout->addWidget(heading, 0, 0, 1, 2);
     int column = 0;
     for (const Plot& plot : m_plots) {

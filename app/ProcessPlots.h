@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include <QString>
 
 #include <memory>
@@ -20,6 +22,8 @@ class SceneViewModel;
 /// display model, and the plot labels in the 3D view that lead to them.
 class ProcessPlots
 {
+    Q_DECLARE_TR_FUNCTIONS(Brennvik::ProcessPlots)
+
 public:
     ProcessPlots();
     ~ProcessPlots();

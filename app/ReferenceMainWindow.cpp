@@ -22,6 +22,7 @@
 #include <referencehost/model/SceneViewModel.h>
 #include <referencehost/plot2d/MaterialGenerator.h>
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QSplitter>
@@ -99,6 +100,7 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     , m_tree(new DisplayItemTreeWidget(nullptr, true))
     , m_sceneView(new SceneView3D)
 {
+    setObjectName(QStringLiteral("referenceMainWindow"));
     setWindowTitle(tr("Brennvik reference host"));
     m_tree->setObjectName(QStringLiteral("displayItemTree"));
     m_tree->setHeaderLabel(tr("Display items"));
@@ -143,34 +145,11 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
         [this](const std::shared_ptr<ViewModelInterface>& viewModel) { showInSceneView(viewModel); });
     m_drawAreaPresenter->showViewModel(m_viewModel);
 
-    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
-    viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
-    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
-    viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
-
-    QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
-    debugMenu->setObjectName(QStringLiteral("debugMenu"));
-    QAction* displayModelAction
-        = debugMenu->addAction(tr("Display &model..."), this, [this]() { openDisplayModelDialog(); });
-    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
-    QAction* cloneAction
-        = debugMenu->addAction(tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); });
-    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
-    QAction* model2DAction
-        = debugMenu->addAction(tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); });
-    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
-    QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
-    windowMenu->addAction(tr("&Material generator"), this, [this]() {
-        if (m_materialGenerator) {
-            m_materialGenerator->show();
-            m_materialGenerator->raise();
-        }
-    });
+    createMenus();
 
     m_viewModel->displayModel().setUpdateCallback([this]() { onModelUpdated(); });
 
     rebuildTree();
-    resize(1280, 820);
 }
 
 ReferenceMainWindow::~ReferenceMainWindow()
@@ -187,6 +166,73 @@ ReferenceMainWindow::~ReferenceMainWindow()
     m_viewModel->displayModel().setUpdateCallback({});
     if (const std::shared_ptr<SceneViewModel> foreign = m_foreignViewModel.lock())
         foreign->displayModel().setUpdateCallback({});
+}
+
+void ReferenceMainWindow::createMenus()
+{
+    QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
+    fileMenu->setObjectName(QStringLiteral("fileMenu"));
+    QAction* quitAction = fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(tr("Ctrl+Q")));
+    quitAction->setObjectName(QStringLiteral("quitAction"));
+
+    QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
+    viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
+    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
+    viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
+
+    createDebugMenu();
+
+    QMenu* windowMenu = menuBar()->addMenu(tr("&Window"));
+    windowMenu->addAction(tr("&Material generator"), this, [this]() {
+        if (m_materialGenerator) {
+            m_materialGenerator->show();
+            m_materialGenerator->raise();
+        }
+    });
+}
+
+void ReferenceMainWindow::createDebugMenu()
+{
+    // Ctrl+Shift: the dialogs' own windows keep the plain Ctrl keys.
+    QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
+    debugMenu->setObjectName(QStringLiteral("debugMenu"));
+    QAction* displayModelAction = debugMenu->addAction(
+        tr("Display &model..."), this, [this]() { openDisplayModelDialog(); }, QKeySequence(tr("Ctrl+Shift+D")));
+    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
+    QAction* cloneAction = debugMenu->addAction(
+        tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); }, QKeySequence(tr("Ctrl+Shift+C")));
+    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
+    QAction* model2DAction = debugMenu->addAction(
+        tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); }, QKeySequence(tr("Ctrl+Shift+P")));
+    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
+}
+
+void ReferenceMainWindow::closeEvent(QCloseEvent* event)
+{
+    QMainWindow::closeEvent(event);
+    if (!event->isAccepted())
+        return;
+    rememberPlacement();
+    // The dialogs and the material generator are windows of their own: left
+    // open, they would keep the application running without its main window.
+    for (QWidget* window : openDialogs())
+        window->close();
+}
+
+void ReferenceMainWindow::setSettings(QSettings* settings)
+{
+    m_placement.setSettings(settings);
+}
+
+void ReferenceMainWindow::rememberPlacement() const
+{
+    m_placement.remember(this);
+    const QList<QWidget*> windows{m_materialGenerator, m_displayModelDialog, m_cloneComparisonDialog,
+                                  m_displayModel2DDialog};
+    for (const QWidget* window : windows) {
+        if (window)
+            m_placement.remember(window);
+    }
 }
 
 void ReferenceMainWindow::onModelUpdated()
@@ -226,6 +272,7 @@ DisplayModelDialog* ReferenceMainWindow::openDisplayModelDialog()
         m_displayModelDialog = new DisplayModelDialog(this);
         m_displayModelDialog->setViewModel(m_viewModel);
         m_displayModelDialog->setDrawAreaPresenter(m_drawAreaPresenter.get());
+        m_placement.placeBeside(m_displayModelDialog, this);
     }
     m_displayModelDialog->show();
     m_displayModelDialog->raise();
@@ -238,6 +285,7 @@ DebugCloneDisplayModelDialog* ReferenceMainWindow::openCloneComparisonDialog()
     delete m_cloneComparisonDialog;
     m_cloneComparisonDialog = new DebugCloneDisplayModelDialog(this, m_viewModel);
     m_cloneComparisonDialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_placement.placeBeside(m_cloneComparisonDialog, this);
     m_cloneComparisonDialog->show();
     return m_cloneComparisonDialog;
 }
@@ -248,6 +296,7 @@ DisplayModel2DDialog* ReferenceMainWindow::openDisplayModel2DDialog()
         // As the application's Debug menu does it: presenter and parent, then the view model.
         m_displayModel2DDialog = new DisplayModel2DDialog(*m_mainWindowPresenter, this);
         m_displayModel2DDialog->setViewModel(m_viewModel);
+        m_placement.placeBeside(m_displayModel2DDialog, this);
     }
     m_displayModel2DDialog->show();
     m_displayModel2DDialog->raise();
@@ -270,12 +319,16 @@ QList<QWidget*> ReferenceMainWindow::openDialogs() const
 
 void ReferenceMainWindow::showEvent(QShowEvent* event)
 {
-    QMainWindow::showEvent(event);
-    // The material generator opens with the application, beside it.
-    if (m_materialGenerator && !m_materialGenerator->isVisible()) {
-        m_materialGenerator->move(frameGeometry().topRight() + QPoint(16, 0));
-        m_materialGenerator->show();
+    if (!m_placed) {
+        m_placed = true;
+        m_placement.placeMainWindow(this);
+        if (m_materialGenerator)
+            m_placement.placeBeside(m_materialGenerator, this);
     }
+    QMainWindow::showEvent(event);
+    // The material generator opens with the application.
+    if (m_materialGenerator && !m_materialGenerator->isVisible())
+        m_materialGenerator->show();
 }
 
 void ReferenceMainWindow::rebuildTree()

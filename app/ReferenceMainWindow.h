@@ -1,10 +1,14 @@
 #pragma once
 
+#include "WindowPlacement.h"
+
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
 
 #include <memory>
+
+class QSettings;
 
 namespace Brennvik {
 
@@ -43,13 +47,21 @@ public:
     DebugCloneDisplayModelDialog* openCloneComparisonDialog();
     /// Opens the 2D display model dialog of the Debug menu (made on first use).
     DisplayModel2DDialog* openDisplayModel2DDialog();
+    /// Keeps the placement of the windows in \a settings (not owned; null, as
+    /// at first: nothing is read or written). To be set before the window shows.
+    void setSettings(QSettings* settings);
+
     /// The dialogs of the Debug menu that are open now.
     QList<QWidget*> openDialogs() const;
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
+    void createMenus();
+    void createDebugMenu();
+    void rememberPlacement() const;
     void rebuildTree();
     void updateStatus();
     void onModelUpdated();
@@ -70,6 +82,8 @@ private:
     QPointer<DebugCloneDisplayModelDialog> m_cloneComparisonDialog;
     QPointer<QWidget> m_materialGenerator;
     quint64 m_shownItemCount = 0;
+    WindowPlacement m_placement;
+    bool m_placed = false;
 };
 
 } // namespace Brennvik

@@ -1,4 +1,6 @@
+#include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
+#include "StartupProgress.h"
 #include "ReferenceMainWindow.h"
 
 #include <referencehost/model/CloneDefect.h>
@@ -19,10 +21,12 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QTimer>
 #include <QTranslator>
 
 #include <algorithm>
+#include <memory>
 #include <cstdio>
 #include <optional>
 #include <vector>
@@ -90,6 +94,25 @@ QString unknownDefectTarget(const Brennvik::SceneViewModel& viewModel,
     return QString();
 }
 
+// The first clone defect of \a viewModel that a clone leaves out because it
+// cannot apply to its target (the root cannot be dropped, an item that is no
+// geometry module has no list to shorten...). Asked of one trial clone: the
+// host's own verdict, which a second set of rules here could contradict.
+QString unfitCloneDefect(const Brennvik::SceneViewModel& viewModel)
+{
+    if (viewModel.cloneDefects().empty())
+        return QString();
+    viewModel.cloneSceneViewModel(false);
+    const std::vector<Brennvik::CloneDefect>& unapplied = viewModel.lastCloneUnappliedDefects();
+    if (unapplied.empty())
+        return QString();
+    const Brennvik::CloneDefect& defect = unapplied.front();
+    return QStringLiteral("--clone-defect %1: %2 cannot apply to the item named '%3'")
+        .arg(QString::fromStdString(defect.toString()),
+             QString::fromStdString(Brennvik::CloneDefect::toString(defect.kind)),
+             QString::fromStdString(defect.target));
+}
+
 // Writes \a shot as PNG to the file named \a file (its bytes as the system
 // takes them) through a file beside it that replaces it only once complete,
 // so that a failed write leaves what was there. Only an ordinary file is
@@ -143,71 +166,32 @@ QByteArray nativeFileName(const QCommandLineParser& parser, const QCommandLineOp
 
 int main(int argc, char* argv[])
 {
+    if (const std::optional<int> status = Brennvik::answerHelpOrVersion(argc, argv))
+        return *status;
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("brennvik-referenceapp"));
-    QApplication::setApplicationVersion(QStringLiteral("0.1"));
+    Brennvik::setApplicationNames();
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Reference host application: a sample part and process shown as a live display model,\n"
-                       "with the debug dialogs in its Debug menu."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption generateOption(
-        QStringLiteral("generate"),
-        QStringLiteral("Show a generated model of about <n> display items instead of the sample."),
-        QStringLiteral("n"));
-    const QCommandLineOption modelOption(
-        QStringLiteral("model"), QStringLiteral("Show the model snapshot of the JSON <file> instead of the sample."),
-        QStringLiteral("file"));
-    const QCommandLineOption saveModelOption(
-        QStringLiteral("save-model"),
-        QStringLiteral("Write the model shown (before any change) as a JSON snapshot to <file>."),
-        QStringLiteral("file"));
-    const QCommandLineOption openOption(
-        QStringLiteral("open"),
-        QStringLiteral("Open a dialog at start, as the Debug menu does: display-model, clone-comparison or\n"
-                       "display-model-2d. May be given more than once."),
-        QStringLiteral("name"));
-    const QCommandLineOption screenshotOption(
-        QStringLiteral("screenshot"),
-        QStringLiteral("Render the main window and the open dialogs to the PNG <file> and exit."),
-        QStringLiteral("file"));
-    const QCommandLineOption cloneDefectOption(
-        QStringLiteral("clone-defect"),
-        QStringLiteral(
-            "Make every clone of the view model unfaithful: <kind:target>, kind one of drop-child, add-child,\n"
-            "share-child, repeat-child, change-type, flip-visibility, change-property, drop-geometry-entry;\n"
-            "target an item's display name\n"
-            "(the first in pre-order). May be given more than once."),
-        QStringLiteral("kind:target"));
-    const QCommandLineOption langOption(
-        QStringLiteral("lang"),
-        QStringLiteral("Show the dialogs' texts in the language <code> (for example de); English without."),
-        QStringLiteral("code"));
-    parser.addOption(modelOption);
-    parser.addOption(saveModelOption);
-    parser.addOption(generateOption);
-    parser.addOption(cloneDefectOption);
-    parser.addOption(openOption);
-    parser.addOption(screenshotOption);
-    parser.addOption(langOption);
-    // Every option that takes a value: one of them may swallow the next argument.
-    const QList<QCommandLineOption> valueOptions{modelOption, saveModelOption,  generateOption, cloneDefectOption,
-                                                 openOption,  screenshotOption, langOption};
+    Brennvik::CommandLineOptions options;
+    QCommandLineParser& parser = options.parser;
+    const QCommandLineOption& modelOption = options.model;
+    const QCommandLineOption& saveModelOption = options.saveModel;
+    const QCommandLineOption& generateOption = options.generate;
+    const QCommandLineOption& cloneDefectOption = options.cloneDefect;
+    const QCommandLineOption& openOption = options.open;
+    const QCommandLineOption& screenshotOption = options.screenshot;
+    const QCommandLineOption& langOption = options.lang;
     // Errors of the command line are usage errors (status 2); Qt's own
     // handling would give them status 1, that of a file that fails to load.
     if (!parser.parse(QCoreApplication::arguments()))
         return usageError(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
         return usageError(QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first()));
-    // What is left for Qt are --help and --version.
-    parser.process(app);
     // Taken after QApplication has removed its own options, as the parser's arguments were.
-    const QHash<QString, QByteArray> rawValues = rawOptionValues(argc, argv, valueOptions);
+    const QHash<QString, QByteArray> rawValues = rawOptionValues(argc, argv, options.valueOptions());
 
     // Installed before any window is made: forms look their texts up once, when built.
     QTranslator translator;
+    QTranslator applicationTranslator;
     if (parser.isSet(langOption)) {
         const QString code = parser.value(langOption);
         // A code is a file name part; anything else could name another resource.
@@ -219,6 +203,9 @@ int main(int argc, char* argv[])
             return 2;
         }
         QCoreApplication::installTranslator(&translator);
+        // The host's and the application's own texts; English where a language has none.
+        if (applicationTranslator.load(QStringLiteral(":/i18n/brennvik_referenceapp_%1.qm").arg(code)))
+            QCoreApplication::installTranslator(&applicationTranslator);
     }
 
     std::shared_ptr<Brennvik::SceneViewModel> viewModel;
@@ -248,7 +235,11 @@ int main(int argc, char* argv[])
             = Brennvik::generatedModelRefusal(count, Brennvik::availablePhysicalMemory(), parser.values(openOption));
         if (!refusal.isEmpty())
             return usageError(refusal);
-        viewModel = Brennvik::buildSyntheticViewModel(static_cast<std::size_t>(count), 1);
+        Brennvik::StartupProgress progress(
+            QCoreApplication::translate("main", "Generating %1 display items...").arg(count));
+        viewModel = Brennvik::buildSyntheticViewModel(
+            static_cast<std::size_t>(count), 1,
+            [&progress](std::size_t done, std::size_t total) { progress.report(done, total); });
     } else {
         viewModel = Brennvik::buildSampleViewModel();
     }
@@ -280,8 +271,17 @@ int main(int argc, char* argv[])
     if (!unknownTarget.isEmpty())
         return usageError(unknownTarget);
     viewModel->setCloneDefects(std::move(defects));
+    const QString unfitDefect = unfitCloneDefect(*viewModel);
+    if (!unfitDefect.isEmpty())
+        return usageError(unfitDefect);
 
+    // Where the windows were left: the application's own settings (the
+    // library reads none), or the file given with --settings.
+    const std::unique_ptr<QSettings> settings = parser.isSet(options.settings)
+        ? std::make_unique<QSettings>(parser.value(options.settings), QSettings::IniFormat)
+        : std::make_unique<QSettings>();
     Brennvik::ReferenceMainWindow window(viewModel);
+    window.setSettings(settings.get());
     window.show();
 
     for (const QString& name : parser.values(openOption)) {

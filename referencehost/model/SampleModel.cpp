@@ -337,7 +337,8 @@ std::shared_ptr<SceneViewModel> buildSampleViewModel()
     return viewModel;
 }
 
-std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, unsigned seed)
+std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, unsigned seed,
+                                                        const std::function<void(std::size_t, std::size_t)>& progress)
 {
     auto viewModel = std::make_shared<SceneViewModel>();
     // mt19937 output is fixed by the standard; the draws below use only it, so a
@@ -363,7 +364,13 @@ std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, u
     // parent already, and at the end it holds nearly all leaves.
     std::deque<DisplayItem*> frontier{root.get()};
     std::vector<std::shared_ptr<DisplayItem>> children;
+    const std::size_t reportStep = std::max<std::size_t>(itemCount / 100, 1);
+    std::size_t nextReport = reportStep;
     while (count < itemCount && !frontier.empty()) {
+        if (progress && count >= nextReport) {
+            progress(count, itemCount);
+            nextReport = count + reportStep;
+        }
         DisplayItem* const parent = frontier.front();
         frontier.pop_front();
         const unsigned fanOut = 5 + draw(11);
@@ -402,6 +409,8 @@ std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, u
     model.setRootDisplayItem(root);
     model.setActiveContext(std::make_shared<SceneContext>(0, "Synthetic model"));
     model.setDefaultEntryOwner(std::make_shared<FixedEntryOwner>(root->childAt(0)));
+    if (progress)
+        progress(itemCount, itemCount);
     return viewModel;
 }
 

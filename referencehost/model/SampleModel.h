@@ -3,6 +3,7 @@
 #include <hostcontract/HostExport.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 
 namespace Brennvik {
@@ -28,6 +29,10 @@ BRENNVIK_HOST_EXPORT std::shared_ptr<SceneViewModel> buildSampleViewModel();
 /// of 1 to 6 geometry items that it lists. About one item in ten is hidden.
 /// The same seed gives the same model. The active context is of kind 0 with
 /// the root's first child as the default entry; there is no editor.
-BRENNVIK_HOST_EXPORT std::shared_ptr<SceneViewModel> buildSyntheticViewModel(std::size_t itemCount, unsigned seed);
+/// \a progress, when set, is told the items made so far and \a itemCount,
+/// about a hundred times along the way and once at the end.
+BRENNVIK_HOST_EXPORT std::shared_ptr<SceneViewModel>
+buildSyntheticViewModel(std::size_t itemCount, unsigned seed,
+                        const std::function<void(std::size_t done, std::size_t total)>& progress = {});
 
 } // namespace Brennvik

@@ -33,9 +33,11 @@ struct Run
 
 // Runs \a program with \a arguments; one that does not end within the time
 // allowed is killed and reported as unfinished.
-Run run(const QString& program, const QStringList& arguments, int milliseconds = 60000)
+Run run(const QString& program, const QStringList& arguments, int milliseconds = 60000,
+        const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(program, arguments);
     Run result;
     result.finished = process.waitForFinished(milliseconds) && process.exitStatus() == QProcess::NormalExit;
@@ -49,9 +51,19 @@ Run run(const QString& program, const QStringList& arguments, int milliseconds =
     return result;
 }
 
-Run runApp(const QStringList& arguments, int milliseconds = 60000)
+Run runApp(const QStringList& arguments, int milliseconds = 60000,
+           const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
 {
-    return run(QStringLiteral(BRENNVIK_REFERENCEAPP), arguments, milliseconds);
+    return run(QStringLiteral(BRENNVIK_REFERENCEAPP), arguments, milliseconds, environment);
+}
+
+// The environment of a shell on a machine without any display.
+QProcessEnvironment withoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QString::fromLatin1(name));
+    return environment;
 }
 
 // The application's own lines on stderr (Qt may add notes of its own).
@@ -100,6 +112,8 @@ private slots:
     void usageErrorExitsWithStatusTwo();
     void helpAndVersionExitWithStatusZero_data();
     void helpAndVersionExitWithStatusZero();
+    void helpAndVersionNeedNoDisplay_data();
+    void helpAndVersionNeedNoDisplay();
 
     void generatedModelRefusal_data();
     void generatedModelRefusal();
@@ -127,6 +141,17 @@ void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
         << QStringList{"--clone-defect", "flip-visibility:NoSuchItem"} << "no item is named 'NoSuchItem'";
     QTest::newRow("clone defect naming no item of a generated model")
         << QStringList{"--generate", "50", "--clone-defect", "drop-child:Punch"} << "no item is named 'Punch'";
+    QTest::newRow("clone defect that cannot drop the root")
+        << QStringList{"--clone-defect", "drop-child:Forming simulation"}
+        << "drop-child cannot apply to the item named 'Forming simulation'";
+    QTest::newRow("clone defect of a geometry list on an item that is no module")
+        << QStringList{"--clone-defect", "drop-geometry-entry:Blank"}
+        << "drop-geometry-entry cannot apply to the item named 'Blank'";
+    QTest::newRow("clone defect that cannot share the root, beside one that applies")
+        << QStringList{"--generate",     "50",
+                       "--clone-defect", "flip-visibility:Synthetic model",
+                       "--clone-defect", "share-child:Synthetic model"}
+        << "share-child cannot apply to the item named 'Synthetic model'";
     QTest::newRow("no items to generate") << QStringList{"--generate", "0"} << "--generate";
     QTest::newRow("unknown dialog") << QStringList{"--open", "nothing"} << "unknown dialog 'nothing'";
     QTest::newRow("unknown language") << QStringList{"--lang", "xx"} << "unknown language 'xx'";
@@ -171,6 +196,29 @@ void tst_ReferenceAppCommandLine::helpAndVersionExitWithStatusZero()
     QVERIFY(result.finished);
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.output.contains(output), qPrintable(result.output));
+}
+
+void tst_ReferenceAppCommandLine::helpAndVersionNeedNoDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("--help") << QStringList{"--help"} << "--clone-defect";
+    QTest::newRow("-h") << QStringList{"-h"} << "--clone-defect";
+    QTest::newRow("--help-all") << QStringList{"--help-all"} << "--clone-defect";
+    QTest::newRow("--version") << QStringList{"--version"} << "brennvik-referenceapp 0.1";
+    QTest::newRow("-v") << QStringList{"-v"} << "brennvik-referenceapp 0.1";
+    QTest::newRow("--help after other options") << QStringList{"--generate", "5", "--help"} << "--clone-defect";
+}
+
+void tst_ReferenceAppCommandLine::helpAndVersionNeedNoDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, output);
+    const Run result = runApp(arguments, 60000, withoutDisplay());
+    QVERIFY2(result.finished, qPrintable(result.errors));
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.output.contains(output), qPrintable(result.output));
+    QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors));
 }
 
 void tst_ReferenceAppCommandLine::generatedModelRefusal_data()
