@@ -14,10 +14,10 @@
 #include "ContextMenuDriver.h"
 #include "CursorRecordingItem.h"
 #include "DebugIcons.h"
+#include "ShownWindow.h"
 #include "ContextMarkingTranslator.h"
 #include "TestTree.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QPlainTextEdit>
@@ -442,10 +442,8 @@ void tst_DebugCloneDisplayModelDialog::escapeStillClosesTheModalDialog()
 {
     const auto viewModel = Brennvik::Test::makeViewModel(Brennvik::Test::buildTree({"root", {{"a"}}}));
     DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
-    dialog.show();
-    QApplication::setActiveWindow(&dialog);
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    dialog.m_displayItemTree->setFocus(Qt::MouseFocusReason);
+    QVERIFY(Brennvik::Test::showActive(dialog));
+    QVERIFY(Brennvik::Test::focusChild(dialog, QStringLiteral("m_displayItemTree")));
     QTest::keyClick(dialog.m_displayItemTree, Qt::Key_Escape);
     QVERIFY(!dialog.isVisible());
     QCOMPARE(dialog.result(), int(QDialog::Rejected));

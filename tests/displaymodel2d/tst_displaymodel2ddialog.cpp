@@ -18,8 +18,8 @@
 #include "../common/CursorRecordingItem.h"
 #include "../common/DebugIcons.h"
 #include "../common/Plot2DHost.h"
+#include "../common/ShownWindow.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -948,12 +948,9 @@ void tst_DisplayModel2DDialog::escapeKeepsDialogOpen()
     QFETCH(QString, focusName);
     m_host->addPlot(QPoint(10, 10), plotTree("Plot(a,b)"));
     makeDialog();
-    QApplication::setActiveWindow(m_dialog);
-    QVERIFY(QTest::qWaitForWindowActive(m_dialog));
-    auto* focus = m_dialog->findChild<QWidget*>(focusName);
-    QVERIFY(focus);
-    focus->setFocus(Qt::MouseFocusReason);
-    QCOMPARE(QApplication::focusWidget(), focus);
+    QVERIFY(Brennvik::Test::showActive(*m_dialog));
+    QWidget* focus = Brennvik::Test::focusChild(*m_dialog, focusName);
+    QVERIFY2(focus, qPrintable(focusName));
 
     QTest::keyClick(focus, Qt::Key_Escape);
     QVERIFY(m_dialog->isVisible());

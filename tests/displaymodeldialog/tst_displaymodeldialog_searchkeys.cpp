@@ -4,6 +4,7 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "../common/ContextMenuDriver.h"
+#include "../common/ShownWindow.h"
 #include "../common/TestTree.h"
 
 #include <QApplication>
@@ -71,7 +72,6 @@ private slots:
     void escapeClosesContextMenuOnly();
 
 private:
-    void showActive();
     void typeSearchValue(const QString& text);
     QString currentRowText() const;
     QString toolTipShown(QWidget* widget);
@@ -89,7 +89,8 @@ void tst_DisplayModelDialogSearchKeys::init()
     m_dialog->setViewModel(m_viewModel);
     m_dialog->m_displayItemTreeWidget->expandAll();
     m_normalBase = m_dialog->m_searchValueLE->palette().color(QPalette::Base);
-    showActive();
+    // Shortcuts reach only the active window.
+    QVERIFY(showActive(*m_dialog));
 }
 
 void tst_DisplayModelDialogSearchKeys::cleanup()
@@ -97,14 +98,6 @@ void tst_DisplayModelDialogSearchKeys::cleanup()
     QToolTip::hideText();
     m_dialog.reset();
     m_viewModel.reset();
-}
-
-// Shortcuts reach only the active window.
-void tst_DisplayModelDialogSearchKeys::showActive()
-{
-    m_dialog->show();
-    QApplication::setActiveWindow(m_dialog.get());
-    QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
 }
 
 void tst_DisplayModelDialogSearchKeys::typeSearchValue(const QString& text)
@@ -168,10 +161,8 @@ void tst_DisplayModelDialogSearchKeys::enterElsewhereRunsUpdate()
 {
     QFETCH(QString, focusName);
     typeSearchValue(QStringLiteral("wanted"));
-    auto* focus = m_dialog->findChild<QWidget*>(focusName);
-    QVERIFY(focus);
-    focus->setFocus(Qt::MouseFocusReason);
-    QCOMPARE(QApplication::focusWidget(), focus);
+    QWidget* focus = focusChild(*m_dialog, focusName);
+    QVERIFY2(focus, qPrintable(focusName));
 
     QTest::keyClick(focus, Qt::Key_Return);
     QCOMPARE(m_dialog->m_displayItemCountLE->text(), QStringLiteral("4"));
@@ -198,9 +189,8 @@ void tst_DisplayModelDialogSearchKeys::f3FindsNext()
 {
     QFETCH(QString, focusName);
     typeSearchValue(QStringLiteral("wanted"));
-    auto* focus = m_dialog->findChild<QWidget*>(focusName);
-    QVERIFY(focus);
-    focus->setFocus(Qt::MouseFocusReason);
+    QWidget* focus = focusChild(*m_dialog, focusName);
+    QVERIFY2(focus, qPrintable(focusName));
 
     QTest::keyClick(focus, Qt::Key_F3);
     QCOMPARE(currentRowText(), QStringLiteral("a"));
@@ -308,10 +298,8 @@ void tst_DisplayModelDialogSearchKeys::escapeKeepsDialogOpen_data()
 void tst_DisplayModelDialogSearchKeys::escapeKeepsDialogOpen()
 {
     QFETCH(QString, focusName);
-    auto* focus = m_dialog->findChild<QWidget*>(focusName);
-    QVERIFY(focus);
-    focus->setFocus(Qt::MouseFocusReason);
-    QCOMPARE(QApplication::focusWidget(), focus);
+    QWidget* focus = focusChild(*m_dialog, focusName);
+    QVERIFY2(focus, qPrintable(focusName));
 
     QTest::keyClick(focus, Qt::Key_Escape);
     QVERIFY(m_dialog->isVisible());
