@@ -229,5 +229,10 @@
         <source>Display items</source>
         <translation>Anzeigeelemente</translation>
     </message>
+    <message>
+        <location filename="../debugmenucontent/displaymodeldialog/NoMatchMark.cpp" line="+44"/>
+        <source>no further match below the current row</source>
+        <translation>keine weitere Übereinstimmung unterhalb der aktuellen Zeile</translation>
+    </message>
 </context>
 </TS>

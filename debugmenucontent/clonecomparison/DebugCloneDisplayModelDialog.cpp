@@ -2,6 +2,7 @@
 
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
+#include <debugmenucontent/treewidgets/WaitCursor.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
@@ -36,8 +37,11 @@ DebugCloneDisplayModelDialog::DebugCloneDisplayModelDialog(QWidget* parent,
     , m_differences()
 {
     setupUi(this);
+    // Escape still closes this dialog, unlike the tool dialogs: it is modal,
+    // so it cannot be lost behind the application, and it has no button.
     setModal(true);
 
+    const WaitCursor waitCursor;
     if (m_viewModel)
         m_clonedViewModel = m_viewModel->cloneViewModel(false);
     rebuildTrees();

@@ -3,9 +3,11 @@
 #include "DisplayItemTreeWidgetItem2D.h"
 #include "PlotListing.h"
 
+#include <debugmenucontent/treewidgets/KeepOpenOnEscape.h>
 #include <debugmenucontent/treewidgets/PropertyPane.h>
 #include <debugmenucontent/treewidgets/RowColumns.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
+#include <debugmenucontent/treewidgets/WaitCursor.h>
 
 #include <hostcontract/BasePresenter.h>
 #include <hostcontract/BkHQWidget2D.h>
@@ -58,6 +60,8 @@ DisplayModel2DDialog::DisplayModel2DDialog(const MainWindowPresenter& presenter,
     connect(m_displayItemTreeWidget, &QTreeWidget::itemDoubleClicked, this,
             &DisplayModel2DDialog::onDisplayItemTreeWidgetItemDoubleClicked);
     connect(m_updateListPB, &QPushButton::clicked, this, &DisplayModel2DDialog::onUpdateListPBClicked);
+
+    keepOpenOnEscape(*this);
 }
 
 DisplayModel2DDialog::~DisplayModel2DDialog()
@@ -117,6 +121,7 @@ void DisplayModel2DDialog::setDisplayModel2D(DisplayModel2D* model)
 
 void DisplayModel2DDialog::rebuildTree()
 {
+    const WaitCursor waitCursor;
     clearRowsDeepestFirst(m_displayItemTreeWidget);
     if (!m_displayModel2D)
         return;

@@ -2,17 +2,21 @@
 
 #include "ClonedPanes.h"
 #include "GuardedRow.h"
+#include "NoMatchMark.h"
 #include "PropertySearch.h"
 #include "RowProperties.h"
 #include "RowRemovalWatch.h"
+#include "SearchField.h"
 #include "TreeBuilding.h"
 #include "TreeMirroring.h"
 
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/EditModelTreeWidgetItem.h>
+#include <debugmenucontent/treewidgets/KeepOpenOnEscape.h>
 #include <debugmenucontent/treewidgets/PropertyPane.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
+#include <debugmenucontent/treewidgets/WaitCursor.h>
 
 #include <hostcontract/DisplayItemInterface.h>
 #include <hostcontract/DisplayModel.h>
@@ -87,6 +91,7 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     , m_syncingCurrentItem(false)
     , m_rowRemovals(0)
     , m_rebuilds(0)
+    , m_noMatchMark(nullptr)
 {
     setupUi(this);
 
@@ -120,6 +125,11 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     connect(m_useCloneCheckBox, &QCheckBox::stateChanged, this, &DisplayModelDialog::onUseCloneStateChanged);
     connect(m_showCloneIn3dCheckBox, &QCheckBox::stateChanged, this, &DisplayModelDialog::onShowClone3dStateChanged);
     connect(m_propertyCompareMode, &QCheckBox::stateChanged, this, &DisplayModelDialog::onPropertyCompareModeChanged);
+
+    fitSearchField(*m_searchValueLE);
+    installSearchKeys(*this, *m_searchValueLE, [this] { onFindDisplayItemClicked(); });
+    m_noMatchMark = new NoMatchMark(*m_searchValueLE);
+    keepOpenOnEscape(*this);
 }
 
 // The members release the expansion path, the clone and then the view model;
@@ -165,6 +175,7 @@ void DisplayModelDialog::clearLayout(QLayout* layout)
 
 void DisplayModelDialog::rebuildTree(bool cloneOnly)
 {
+    const WaitCursor waitCursor;
     ++m_rowRemovals;
     const quint64 rebuild = ++m_rebuilds;
     if (!cloneOnly)
@@ -453,11 +464,19 @@ void DisplayModelDialog::onFindDisplayItemClicked()
         return;
 
     // "Find next": the search starts after the current row and does not wrap.
+    const WaitCursor waitCursor;
     const RowRemovalWatch watch(m_rowRemovals);
     QTreeWidgetItem* found = findNextMatchingRow(m_displayItemTreeWidget, m_displayItemTreeWidget->currentItem(),
                                                  *nameFragment, searchValue, watch);
-    if (found)
-        setCurrentRowFollowed(m_displayItemTreeWidget, found);
+    // Rows that went meanwhile end the search quietly; it found nothing to say.
+    if (watch.rowsRemoved())
+        return;
+    if (!found) {
+        m_noMatchMark->show();
+        return;
+    }
+    m_noMatchMark->clear();
+    setCurrentRowFollowed(m_displayItemTreeWidget, found);
 }
 
 void DisplayModelDialog::onCurrentTreeWidgetItemChanged(QTreeWidgetItem* current)

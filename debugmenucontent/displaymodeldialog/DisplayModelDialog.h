@@ -30,6 +30,7 @@ class DisplayItemTreeWidgetItem;
 class DrawAreaPresenter;
 class EditModelTreeWidgetItem;
 class ExpandPathWalk;
+class NoMatchMark;
 class ViewModelInterface;
 
 /// The debugging dialog of the 3D display model.
@@ -161,6 +162,8 @@ private:
     // Counts the rebuilds, so that a rebuild can tell that a newer one has
     // replaced what it was building.
     quint64 m_rebuilds;
+    // Shows on the search field that the last find found nothing further.
+    NoMatchMark* m_noMatchMark;
 };
 
 } // namespace Brennvik

@@ -4,8 +4,9 @@ set(BRENNVIK_DISPLAYMODELDIALOG_SOURCES
     displaymodeldialog/DisplayModelDialog.cpp
     displaymodeldialog/DisplayModelDialogCloneMode.cpp
 )
-# Units no host sees: search, tree building, mirroring between the two trees,
-# clone-row marking, the cloned panes and the properties of a row.
+# Units no host sees: search, the search field's keys and no-match mark, tree
+# building, mirroring between the two trees, clone-row marking, the cloned panes
+# and the properties of a row.
 set(BRENNVIK_DISPLAYMODELDIALOG_INTERNAL_SOURCES
     displaymodeldialog/CloneRowMarking.h
     displaymodeldialog/CloneRowMarking.cpp
@@ -14,6 +15,10 @@ set(BRENNVIK_DISPLAYMODELDIALOG_INTERNAL_SOURCES
     displaymodeldialog/GuardedRow.h
     displaymodeldialog/PropertySearch.h
     displaymodeldialog/PropertySearch.cpp
+    displaymodeldialog/SearchField.h
+    displaymodeldialog/SearchField.cpp
+    displaymodeldialog/NoMatchMark.h
+    displaymodeldialog/NoMatchMark.cpp
     displaymodeldialog/RowProperties.h
     displaymodeldialog/RowProperties.cpp
     displaymodeldialog/RowRemovalWatch.h

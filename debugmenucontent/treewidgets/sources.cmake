@@ -6,8 +6,9 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
     treewidgets/DisplayItemTreeWidget.cpp
 )
 # Units no host sees: the edit-model row, row texts, columns, shared icon data
-# and teardown, the child-row index of wide parents, and the property pane both
-# dialogs fill.
+# and teardown, the child-row index of wide parents, the property pane both
+# dialogs fill, and what every dialog does for its users: the wait cursor and
+# keeping tool dialogs open on Escape.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
@@ -23,6 +24,9 @@ set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/SharedIconData.cpp
     treewidgets/PropertyPane.h
     treewidgets/PropertyPane.cpp
+    treewidgets/WaitCursor.h
+    treewidgets/KeepOpenOnEscape.h
+    treewidgets/KeepOpenOnEscape.cpp
 )
 # What an installed library shows of it: the exported row and tree widget.
 set(BRENNVIK_TREEWIDGETS_PUBLIC_HEADERS

@@ -12,7 +12,9 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "ContextMenuDriver.h"
+#include "CursorRecordingItem.h"
 #include "DebugIcons.h"
+#include "ShownWindow.h"
 #include "ContextMarkingTranslator.h"
 #include "TestTree.h"
 
@@ -144,6 +146,10 @@ private slots:
     // lifecycle
     void cloneIsMadeOnceAndDroppedWithDialog();
     void rowsFollowNoDialog();
+
+    // What the dialog does for its users
+    void cloneBuildAndComparisonShowWaitCursor();
+    void escapeStillClosesTheModalDialog();
 };
 
 // ---------------------------------------------------------------- form
@@ -413,6 +419,34 @@ void tst_DebugCloneDisplayModelDialog::rowsFollowNoDialog()
     findItem(root, "C1")->parentItem()->removeChild(findItem(root, "C1"), false);
     QCOMPARE(dumpTree(dialog.m_displayItemTree), before);
     QCOMPARE(dialog.m_outputTextField->toPlainText(), QStringLiteral("Trees are equal"));
+}
+
+void tst_DebugCloneDisplayModelDialog::cloneBuildAndComparisonShowWaitCursor()
+{
+    using namespace Brennvik::Test;
+    const auto log = std::make_shared<CursorLog>();
+    const auto viewModel = makeViewModel(cursorRecordingTree(log));
+    log->clear();
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), QStringLiteral("Trees are equal"));
+    // Asked while cloning, building both trees and comparing them.
+    QVERIFY(!log->isEmpty());
+    for (int shape : qAsConst(*log))
+        QCOMPARE(shape, int(Qt::WaitCursor));
+    QCOMPARE(currentOverrideCursor(), NoOverrideCursor);
+}
+
+// Unlike the tool dialogs, this one is modal and has no button: it cannot be
+// lost behind the application, and Escape is the keyboard's way out of it.
+void tst_DebugCloneDisplayModelDialog::escapeStillClosesTheModalDialog()
+{
+    const auto viewModel = Brennvik::Test::makeViewModel(Brennvik::Test::buildTree({"root", {{"a"}}}));
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    QVERIFY(Brennvik::Test::showActive(dialog));
+    QVERIFY(Brennvik::Test::focusChild(dialog, QStringLiteral("m_displayItemTree")));
+    QTest::keyClick(dialog.m_displayItemTree, Qt::Key_Escape);
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
 }
 
 QTEST_MAIN(tst_DebugCloneDisplayModelDialog)

@@ -1,5 +1,7 @@
 #include "ShownWindow.h"
 
+#include <QApplication>
+#include <QString>
 #include <QTest>
 #include <QWidget>
 
@@ -10,6 +12,22 @@ bool showAtOrigin(QWidget& window)
     window.move(0, 0);
     window.show();
     return QTest::qWaitForWindowExposed(&window);
+}
+
+bool showActive(QWidget& window)
+{
+    window.show();
+    QApplication::setActiveWindow(&window);
+    return QTest::qWaitForWindowActive(&window);
+}
+
+QWidget* focusChild(QWidget& window, const QString& objectName)
+{
+    auto* child = window.findChild<QWidget*>(objectName);
+    if (!child)
+        return nullptr;
+    child->setFocus(Qt::MouseFocusReason);
+    return QApplication::focusWidget() == child ? child : nullptr;
 }
 
 } // namespace Brennvik::Test

@@ -15,8 +15,10 @@
 #include <referencehost/plot2d/MaterialGenerator.h>
 #include <referencehost/plot2d/PlotLabelItem.h>
 
+#include "../common/CursorRecordingItem.h"
 #include "../common/DebugIcons.h"
 #include "../common/Plot2DHost.h"
+#include "../common/ShownWindow.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -61,6 +63,26 @@ public:
 private:
     PropertyList m_business;
     PropertyList m_display;
+};
+
+// An item that notes the application's override cursor each time a row asks
+// for its name: what a user sees while the dialog builds its tree.
+class CursorNotingItem : public DisplayItem2D
+{
+public:
+    CursorNotingItem(std::string name, std::shared_ptr<Brennvik::Test::CursorLog> log)
+        : DisplayItem2D(std::move(name))
+        , m_log(std::move(log))
+    {
+    }
+    std::string getDisplayName() const override
+    {
+        m_log->append(Brennvik::Test::currentOverrideCursor());
+        return DisplayItem2D::getDisplayName();
+    }
+
+private:
+    std::shared_ptr<Brennvik::Test::CursorLog> m_log;
 };
 
 // A plot tree written as "root(a(a1),b)".
@@ -191,6 +213,12 @@ private slots:
     void doubleClickColumnZeroTogglesCurrentRow();
     void doubleClickColumnOneDoesNothing();
     void doubleClickActsOnCurrentRowNotTheReportedOne();
+
+    // What the dialog does for its users
+    void escapeKeepsDialogOpen_data();
+    void escapeKeepsDialogOpen();
+    void rebuildShowsWaitCursor_data();
+    void rebuildShowsWaitCursor();
 
 private:
     DisplayModel2DDialog* makeDialog(bool show = true);
@@ -904,6 +932,63 @@ void tst_DisplayModel2DDialog::doubleClickActsOnCurrentRowNotTheReportedOne()
     emit tree()->itemDoubleClicked(die, 0);
     QCOMPARE(root->getChildren()[0]->getVisibility(), DisplayItem2D::NotVisible);
     QCOMPARE(root->getChildren()[1]->getVisibility(), DisplayItem2D::Visible);
+}
+
+void tst_DisplayModel2DDialog::escapeKeepsDialogOpen_data()
+{
+    QTest::addColumn<QString>("focusName");
+    QTest::newRow("plot list") << QStringLiteral("m_plotListWdg");
+    QTest::newRow("display item tree") << QStringLiteral("m_displayItemTreeWidget");
+    QTest::newRow("Update List button") << QStringLiteral("m_updateListPB");
+    QTest::newRow("property pane") << QStringLiteral("m_displayItemProperties");
+}
+
+void tst_DisplayModel2DDialog::escapeKeepsDialogOpen()
+{
+    QFETCH(QString, focusName);
+    m_host->addPlot(QPoint(10, 10), plotTree("Plot(a,b)"));
+    makeDialog();
+    QVERIFY(Brennvik::Test::showActive(*m_dialog));
+    QWidget* focus = Brennvik::Test::focusChild(*m_dialog, focusName);
+    QVERIFY2(focus, qPrintable(focusName));
+
+    QTest::keyClick(focus, Qt::Key_Escape);
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(treeShape(tree()), QStringLiteral("Plot(a,b)"));
+    QVERIFY(m_dialog->close());
+    QVERIFY(!m_dialog->isVisible());
+}
+
+void tst_DisplayModel2DDialog::rebuildShowsWaitCursor_data()
+{
+    QTest::addColumn<bool>("byListClick");
+    QTest::newRow("a plot picked in the list") << true;
+    QTest::newRow("a model handed over") << false;
+}
+
+void tst_DisplayModel2DDialog::rebuildShowsWaitCursor()
+{
+    QFETCH(bool, byListClick);
+    const auto log = std::make_shared<Brennvik::Test::CursorLog>();
+    auto root = std::make_shared<CursorNotingItem>("Noting", log);
+    root->appendChild(std::make_shared<CursorNotingItem>("child", log));
+    m_host->addPlot(QPoint(10, 10), plotTree("First(a)"));
+    m_host->addPlot(QPoint(10, 200), root);
+    makeDialog();
+    DisplayModel2D model;
+    model.setRootDisplayItem(root);
+
+    log->clear();
+    if (byListClick)
+        clickListRow(1);
+    else
+        m_dialog->setDisplayModel2D(&model);
+    QCOMPARE(treeShape(tree()), QStringLiteral("Noting(child)"));
+    QVERIFY(!log->isEmpty());
+    for (int shape : qAsConst(*log))
+        QCOMPARE(shape, int(Qt::WaitCursor));
+    QCOMPARE(Brennvik::Test::currentOverrideCursor(), Brennvik::Test::NoOverrideCursor);
+    m_dialog->setDisplayModel2D(nullptr);
 }
 
 QTEST_MAIN(tst_DisplayModel2DDialog)

@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSet>
@@ -187,6 +189,8 @@ private slots:
     void displayModel2DDialogTexts();
     void treeWidgetActionTexts_data();
     void treeWidgetActionTexts();
+    void noMatchToolTip_data();
+    void noMatchToolTip();
 
 private:
     // Builds the widget with the German translator installed and then
@@ -417,6 +421,30 @@ void tst_Translations::treeWidgetActionTexts()
     QVERIFY(action);
     QCOMPARE(action->text(), englishText);
     QCOMPARE(action->statusTip(), englishStatusTip);
+}
+
+void tst_Translations::noMatchToolTip_data()
+{
+    QTest::addColumn<bool>("german");
+    QTest::addColumn<QString>("toolTip");
+    QTest::newRow("German") << true << QStringLiteral("keine weitere Übereinstimmung unterhalb der aktuellen Zeile");
+    QTest::newRow("English") << false << QStringLiteral("no further match below the current row");
+}
+
+// Shown on the search field only after a find that found nothing.
+void tst_Translations::noMatchToolTip()
+{
+    QFETCH(bool, german);
+    QFETCH(QString, toolTip);
+    if (german)
+        QVERIFY(QCoreApplication::installTranslator(&m_german));
+    const auto removeTranslator = qScopeGuard([this] { QCoreApplication::removeTranslator(&m_german); });
+    DisplayModelDialog dialog(nullptr);
+    dialog.setViewModel(Test::makeViewModel(std::make_shared<DisplayItem>("Root")));
+    QTest::keyClicks(dialog.m_searchValueLE, QStringLiteral("nowhere"));
+    QCOMPARE(dialog.m_searchValueLE->toolTip(), QString());
+    QTest::mouseClick(dialog.m_findDisplayItemPB, Qt::LeftButton);
+    QCOMPARE(dialog.m_searchValueLE->toolTip(), toolTip);
 }
 
 QTEST_MAIN(tst_Translations)
