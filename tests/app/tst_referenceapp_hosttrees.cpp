@@ -32,18 +32,6 @@ std::shared_ptr<ExtraChildrenItem> coloured(const char* name)
     return item;
 }
 
-// The rows below \a row as text, e.g. "root(a(b),c)".
-QString rowShape(const QTreeWidgetItem* row)
-{
-    QString text = row->text(0);
-    if (row->childCount() == 0)
-        return text;
-    QStringList children;
-    for (int i = 0; i < row->childCount(); ++i)
-        children << rowShape(row->child(i));
-    return text + '(' + children.join(',') + ')';
-}
-
 QAction* viewMenuAction(ReferenceMainWindow& window, const char* text)
 {
     for (QAction* action : window.findChildren<QAction*>()) {

@@ -37,6 +37,17 @@ int fetchAllRows(QTreeWidget* tree)
     return made;
 }
 
+QString rowShape(const QTreeWidgetItem* row)
+{
+    QString text = row->text(0);
+    if (row->childCount() == 0)
+        return text;
+    QStringList children;
+    for (int i = 0; i < row->childCount(); ++i)
+        children << rowShape(row->child(i));
+    return text + '(' + children.join(',') + ')';
+}
+
 void clickRow(QTreeWidget* tree, QTreeWidgetItem* row)
 {
     tree->scrollToItem(row);

@@ -17,6 +17,9 @@ QTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text);
 /// expanded, which makes them, and collapsed again. Returns the rows made.
 int fetchAllRows(QTreeWidget* tree);
 
+/// The rows below \a row as text, e.g. "root(a(b),c)".
+QString rowShape(const QTreeWidgetItem* row);
+
 /// Left-clicks the centre of \a row in \a tree's viewport, scrolling it into view first.
 void clickRow(QTreeWidget* tree, QTreeWidgetItem* row);
 
