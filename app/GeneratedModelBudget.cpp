@@ -14,20 +14,21 @@ namespace Brennvik {
 namespace {
 
 // Peak resident sizes with --generate 1000000 (45 MB for one item): the main
-// window alone 0.69 GB, 0.67 KB per item; with the display model dialog
-// 1.15 GB, 0.48 KB more per item; with the clone comparison as well (a clone
-// of the model and two more trees) 2.14 GB, 1.04 KB more per item. At 100,000
-// items the shares are 0.70, 0.66 and 1.15 KB; 10,000,000 items with the
-// display model dialog took 11.3 GB. Rounded up, with room for other builds.
+// window alone 0.34 GB, 0.29 KB per item (the model nearly all of it: the
+// tree makes the rows of a collapsed branch only when it is expanded); with
+// the display model dialog 0.77 GB, 0.43 KB more per item; with the clone
+// comparison as well (a clone of the model and two more trees) 1.85 GB,
+// 1.09 KB more per item. 10,000,000 items with the display model dialog took
+// 7.0 GB. Rounded up, with room for other builds.
 constexpr quint64 BaseBytes = 64ULL << 20;
-constexpr quint64 MainWindowBytesPerItem = 900;
+constexpr quint64 MainWindowBytesPerItem = 400;
 
 // The extra share per item of each dialog that shows the generated model; the
 // 2D dialog shows plots only.
 quint64 dialogBytesPerItem(const QString& dialog)
 {
     if (dialog == QLatin1String("display-model"))
-        return 700;
+        return 600;
     if (dialog == QLatin1String("clone-comparison"))
         return 1600;
     return 0;

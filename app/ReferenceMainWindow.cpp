@@ -1,15 +1,14 @@
 #include "ReferenceMainWindow.h"
 
+#include "LazyDisplayItemRows.h"
 #include "ProcessPlots.h"
 #include "SceneView3D.h"
-#include "VisitedItems.h"
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
 #include <debugmenucontent/displaymodel2d/DisplayModel2DDialog.h>
 
 #include <debugmenucontent/displaymodeldialog/DisplayModelDialog.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
-#include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 
 #include <hostcontract/BkHQWidget2D.h>
 #include <hostcontract/DisplayItemInterface.h>
@@ -29,66 +28,7 @@
 #include <QMenuBar>
 #include <QStatusBar>
 
-#include <vector>
-
 namespace Brennvik {
-
-namespace {
-
-// Rows for the items below \a root, depth first with the children in the
-// host's order. The walk keeps its own stack, so any depth fits. An empty child
-// gets no row, and neither does an item met before (a broken host's cycle).
-void addRows(QTreeWidgetItem* rootRow, const std::shared_ptr<DisplayItemInterface>& root)
-{
-    struct Pending
-    {
-        QTreeWidgetItem* parentRow;
-        std::shared_ptr<DisplayItemInterface> item;
-        int index; // the position in the parent's list of children
-    };
-    std::vector<Pending> stack;
-    const auto pushChildren = [&stack](QTreeWidgetItem* row, const DisplayItemInterface& item) {
-        const DisplayItemList children = item.getChildren();
-        for (int index = static_cast<int>(children.size()) - 1; index >= 0; --index)
-            stack.push_back({row, children[index], index});
-    };
-
-    VisitedItems visited;
-    visited.firstVisit(root);
-    pushChildren(rootRow, *root);
-    while (!stack.empty()) {
-        const Pending next = std::move(stack.back());
-        stack.pop_back();
-        if (!visited.firstVisit(next.item))
-            continue;
-        auto* row = new DisplayItemTreeWidgetItem(next.parentRow, next.item, nullptr, false);
-        row->setItemIndex(next.index);
-        pushChildren(row, *next.item);
-    }
-}
-
-// Deletes the tree's rows from the bottom up. A row deletes its children
-// recursively, which a deep host tree would take past the end of the stack,
-// and taking a row's children walks their subtrees: taken from rows whose
-// children are already bare, each row is walked once.
-void deleteRows(QTreeWidget* tree)
-{
-    std::vector<QTreeWidgetItem*> rows;
-    while (tree->topLevelItemCount() > 0)
-        rows.push_back(tree->takeTopLevelItem(tree->topLevelItemCount() - 1));
-    const std::size_t topLevelCount = rows.size();
-    // Level by level: every row comes after its parent.
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        for (int child = 0; child < rows[i]->childCount(); ++child)
-            rows.push_back(rows[i]->child(child));
-    }
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
-        qDeleteAll((*row)->takeChildren());
-    for (std::size_t i = 0; i < topLevelCount; ++i)
-        delete rows[i];
-}
-
-} // namespace
 
 ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewModel, QWidget* parent)
     : QMainWindow(parent)
@@ -98,6 +38,7 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     , m_plots(std::make_unique<ProcessPlots>())
     , m_view(std::make_unique<ViewBase>())
     , m_tree(new DisplayItemTreeWidget(nullptr, true))
+    , m_rows(new LazyDisplayItemRows(m_tree))
     , m_sceneView(new SceneView3D)
 {
     setObjectName(QStringLiteral("referenceMainWindow"));
@@ -160,7 +101,7 @@ ReferenceMainWindow::~ReferenceMainWindow()
     delete m_displayModel2DDialog;
     delete m_displayModelDialog;
     delete m_materialGenerator;
-    deleteRows(m_tree);
+    m_rows->clear();
     m_viewModel->setView(nullptr);
     m_drawAreaPresenter->setChangeCallback({});
     m_viewModel->displayModel().setUpdateCallback({});
@@ -177,7 +118,7 @@ void ReferenceMainWindow::createMenus()
 
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
     viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
-    viewMenu->addAction(tr("&Expand all"), m_tree, &QTreeWidget::expandAll);
+    viewMenu->addAction(tr("&Expand all"), m_rows, &LazyDisplayItemRows::expandAll);
     viewMenu->addAction(tr("&Collapse all"), m_tree, &QTreeWidget::collapseAll);
 
     createDebugMenu();
@@ -333,14 +274,14 @@ void ReferenceMainWindow::showEvent(QShowEvent* event)
 
 void ReferenceMainWindow::rebuildTree()
 {
-    deleteRows(m_tree);
-    const std::shared_ptr<DisplayItemInterface> root = m_viewModel->getDisplayModel()->getRootDisplayItem();
-    if (root) {
-        auto* top = new DisplayItemTreeWidgetItem(m_tree, root, nullptr, false);
-        addRows(top, root);
+    // The top two levels open; expanding a row makes its children's rows.
+    if (QTreeWidgetItem* top = m_rows->showRoot(m_viewModel->getDisplayModel()->getRootDisplayItem())) {
+        m_rows->fetchChildren(top);
         top->setExpanded(true);
-        for (int i = 0; i < top->childCount(); ++i)
+        for (int i = 0; i < top->childCount(); ++i) {
+            m_rows->fetchChildren(top->child(i));
             top->child(i)->setExpanded(true);
+        }
     }
     updateStatus();
 }

@@ -16,6 +16,7 @@ class DebugCloneDisplayModelDialog;
 class DisplayItemTreeWidget;
 class DisplayModel2DDialog;
 class DisplayModelDialog;
+class LazyDisplayItemRows;
 class MainWindowPresenter;
 class ProcessPlots;
 class ViewBase;
@@ -73,6 +74,7 @@ private:
     std::unique_ptr<ProcessPlots> m_plots;
     std::unique_ptr<ViewBase> m_view;
     DisplayItemTreeWidget* m_tree;
+    LazyDisplayItemRows* m_rows;
     SceneView3D* m_sceneView;
     // A view model other than ours that the draw area was handed (a clone):
     // its updates repaint the 3D view while it is shown.

@@ -1,6 +1,7 @@
 // The reference application as its user meets it: the main window, its Debug
 // menu, the dialogs it opens and the 3D view that draws what they change.
 #include "ContextMenuDriver.h"
+#include "ItemWidgetDriver.h"
 
 #include <ReferenceMainWindow.h>
 #include <SceneView3D.h>
@@ -44,9 +45,11 @@ QAction* debugMenuAction(ReferenceMainWindow& window, const char* objectName)
     return debugMenu ? debugMenu->findChild<QAction*>(QString::fromLatin1(objectName)) : nullptr;
 }
 
-// The first row of \a tree whose column-0 text starts with \a text, expanded into view.
+// The first row of \a tree whose column-0 text starts with \a text, expanded
+// into view. Rows that the tree makes on demand are made first.
 QTreeWidgetItem* findRow(QTreeWidget* tree, const QString& text)
 {
+    Test::fetchAllRows(tree);
     for (QTreeWidgetItemIterator it(tree); *it; ++it) {
         if ((*it)->text(0).startsWith(text)) {
             for (QTreeWidgetItem* up = (*it)->parent(); up; up = up->parent())
@@ -195,6 +198,7 @@ void tst_ReferenceApp::deletingFromTheDialogRemovesFromTreeAndSceneView()
         QStringLiteral("m_displayItemTreeWidget"));
     QTreeWidgetItem* row = findRow(tree, QStringLiteral("Section cuts"));
     QVERIFY(row);
+    QVERIFY(findRow(m_window->displayItemTree(), QStringLiteral("Section cuts")));
     const int before = m_window->sceneView()->drawnItemCount();
     QVERIFY(
         Test::rightClick(tree, tree->visualItemRect(row).center(), QStringLiteral("&Delete display item")).triggered);

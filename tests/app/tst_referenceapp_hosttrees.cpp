@@ -1,6 +1,7 @@
 // The reference application's main window on host trees that break the
 // contract or strain it: empty children, cycles, a very deep chain.
 #include "ExtraChildrenItem.h"
+#include "ItemWidgetDriver.h"
 #include "TestTree.h"
 
 #include <ReferenceMainWindow.h>
@@ -15,6 +16,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <vector>
 
 using namespace Brennvik;
 using namespace Brennvik::Test;
@@ -30,25 +32,33 @@ std::shared_ptr<ExtraChildrenItem> coloured(const char* name)
     return item;
 }
 
-// The rows below \a row as text, e.g. "root(a(b),c)".
-QString rowShape(const QTreeWidgetItem* row)
+QAction* viewMenuAction(ReferenceMainWindow& window, const char* text)
 {
-    QString text = row->text(0);
-    if (row->childCount() == 0)
-        return text;
-    QStringList children;
-    for (int i = 0; i < row->childCount(); ++i)
-        children << rowShape(row->child(i));
-    return text + '(' + children.join(',') + ')';
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (action->text() == QLatin1String(text))
+            return action;
+    }
+    return nullptr;
 }
 
 QAction* rebuildAction(ReferenceMainWindow& window)
 {
-    for (QAction* action : window.findChildren<QAction*>()) {
-        if (action->text() == QLatin1String("&Rebuild tree"))
-            return action;
+    return viewMenuAction(window, "&Rebuild tree");
+}
+
+// Whether \a row and every row below it is expanded or has no children.
+bool allExpanded(const QTreeWidgetItem* row)
+{
+    std::vector<const QTreeWidgetItem*> pending{row};
+    while (!pending.empty()) {
+        const QTreeWidgetItem* next = pending.back();
+        pending.pop_back();
+        if (next->childCount() > 0 && !next->isExpanded())
+            return false;
+        for (int i = 0; i < next->childCount(); ++i)
+            pending.push_back(next->child(i));
     }
-    return nullptr;
+    return true;
 }
 
 // Deep enough to overflow the stack of a recursive walk, small enough for CI;
@@ -145,6 +155,7 @@ void tst_ReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
 
     DisplayItemTreeWidget* tree = window.displayItemTree();
     QCOMPARE(tree->topLevelItemCount(), 1);
+    fetchAllRows(tree);
     QCOMPARE(rowShape(tree->topLevelItem(0)), rows);
     QCOMPARE(window.sceneView()->drawnItemNames(), drawn);
 
@@ -155,7 +166,12 @@ void tst_ReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults()
     QVERIFY(rebuild);
     rebuild->trigger();
     QCOMPARE(tree->topLevelItemCount(), 1);
+    // This time every row made by "Expand all".
+    QAction* expandAll = viewMenuAction(window, "&Expand all");
+    QVERIFY(expandAll);
+    expandAll->trigger();
     QCOMPARE(rowShape(tree->topLevelItem(0)), rows);
+    QVERIFY(allExpanded(tree->topLevelItem(0)));
 }
 
 void tst_ReferenceAppHostTrees::cycleInTheLabelModelEnds()
@@ -185,7 +201,9 @@ void tst_ReferenceAppHostTrees::deepChainIsShown()
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
 
-    // One row per level, each the only child of the one above.
+    // One row per level, each the only child of the one above, once every
+    // level has been expanded.
+    QCOMPARE(fetchAllRows(window->displayItemTree()), depth - 2);
     int rows = 0;
     const QTreeWidgetItem* deepest = nullptr;
     for (const QTreeWidgetItem* row = window->displayItemTree()->topLevelItem(0); row;

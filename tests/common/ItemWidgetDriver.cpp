@@ -4,12 +4,48 @@
 #include <QTest>
 #include <QTreeWidget>
 
+#include <vector>
+
 namespace Brennvik::Test {
 
 QTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text)
 {
     const QList<QTreeWidgetItem*> rows = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive, 0);
     return rows.isEmpty() ? nullptr : rows.first();
+}
+
+int fetchAllRows(QTreeWidget* tree)
+{
+    // Top down with an explicit stack: the tree may be a very deep chain,
+    // which is also why no row stays expanded (the view lays out expanded
+    // rows recursively).
+    int made = 0;
+    std::vector<QTreeWidgetItem*> pending;
+    for (int i = tree->topLevelItemCount() - 1; i >= 0; --i)
+        pending.push_back(tree->topLevelItem(i));
+    while (!pending.empty()) {
+        QTreeWidgetItem* row = pending.back();
+        pending.pop_back();
+        if (row->childCount() == 0 && row->childIndicatorPolicy() == QTreeWidgetItem::ShowIndicator) {
+            row->setExpanded(true);
+            row->setExpanded(false);
+            made += row->childCount();
+        }
+        for (int i = row->childCount() - 1; i >= 0; --i)
+            pending.push_back(row->child(i));
+    }
+    return made;
+}
+
+QString rowShape(const QTreeWidgetItem* row)
+{
+    QString text = row->text(0);
+    if (row->childCount() == 0)
+        return text;
+    QStringList children;
+    for (int i = 0; i < row->childCount(); ++i)
+        children << rowShape(row->child(i));
+    return text + '(' + children.join(',') + ')';
 }
 
 void clickRow(QTreeWidget* tree, QTreeWidgetItem* row)

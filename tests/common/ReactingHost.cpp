@@ -175,6 +175,12 @@ void ReactingItem::collectSubtreeToShow(DisplayItemList& items) const
     DisplayItem::collectSubtreeToShow(items);
 }
 
+DisplayItemList ReactingItem::getChildren() const
+{
+    runReactionFor(Getter::Children);
+    return DisplayItem::getChildren();
+}
+
 std::shared_ptr<DisplayItem> ReactingItem::copyWithoutChildren() const
 {
     auto copy = std::make_shared<ReactingItem>(getDisplayName());

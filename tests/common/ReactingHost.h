@@ -77,7 +77,7 @@ std::shared_ptr<const bool> reactInNextUpdate(SceneDisplayModel& model, const st
 class ReactingItem : public DisplayItem
 {
 public:
-    enum class Getter { Properties, SelectionAllowed, Subtree };
+    enum class Getter { Properties, SelectionAllowed, Subtree, Children };
 
     explicit ReactingItem(std::string displayName);
 
@@ -90,6 +90,7 @@ public:
     bool isSelectionAllowed() const override;
     void collectSubtree(DisplayItemList& items) const override;
     void collectSubtreeToShow(DisplayItemList& items) const override;
+    DisplayItemList getChildren() const override;
     /// A copy of the same type, so that clones stay faithful; it is not armed.
     std::shared_ptr<DisplayItem> copyWithoutChildren() const override;
 
