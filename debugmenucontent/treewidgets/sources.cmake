@@ -6,14 +6,16 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
     treewidgets/DisplayItemTreeWidget.cpp
 )
 # Units no host sees: the edit-model row, row texts, columns, shared icon data
-# and teardown, the child-row index of wide parents, and the property pane both
-# dialogs fill.
+# and teardown, the row state that tool tips show, the child-row index of wide
+# parents, and the property pane both dialogs fill.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
     treewidgets/EditModelTreeWidgetItem.h
     treewidgets/EditModelTreeWidgetItem.cpp
     treewidgets/RowGuard.h
+    treewidgets/RowState.h
+    treewidgets/RowState.cpp
     treewidgets/RowText.h
     treewidgets/RowText.cpp
     treewidgets/RowTeardown.h
