@@ -7,10 +7,12 @@
 #include <QDialog>
 #include <QList>
 #include <QPair>
+#include <QSize>
 #include <QString>
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <set>
 
 class QCloseEvent;
@@ -161,6 +163,8 @@ private:
     // Counts the rebuilds, so that a rebuild can tell that a newer one has
     // replaced what it was building.
     quint64 m_rebuilds;
+    // The size clone mode widened the dialog from; given back when it ends.
+    std::optional<QSize> m_sizeBeforeCloneMode;
 };
 
 } // namespace Brennvik

@@ -5,8 +5,11 @@ set(BRENNVIK_DISPLAYMODELDIALOG_SOURCES
     displaymodeldialog/DisplayModelDialogCloneMode.cpp
 )
 # Units no host sees: search, tree building, mirroring between the two trees,
-# clone-row marking, the cloned panes and the properties of a row.
+# the clone-mode width and first expansion, clone-row marking, the cloned
+# panes and the properties of a row.
 set(BRENNVIK_DISPLAYMODELDIALOG_INTERNAL_SOURCES
+    displaymodeldialog/CloneModeLayout.h
+    displaymodeldialog/CloneModeLayout.cpp
     displaymodeldialog/CloneRowMarking.h
     displaymodeldialog/CloneRowMarking.cpp
     displaymodeldialog/ClonedPanes.h
