@@ -4,7 +4,7 @@
 <context>
     <name>Brennvik::DisplayItemTreeWidget</name>
     <message>
-        <location filename="../debugmenucontent/treewidgets/DisplayItemTreeWidget.cpp" line="+27"/>
+        <location filename="../debugmenucontent/treewidgets/DisplayItemTreeWidget.cpp" line="+33"/>
         <source>&amp;Select/deselect display item</source>
         <translation>Anzeigeelement &amp;auswählen/abwählen</translation>
     </message>
@@ -43,11 +43,46 @@
         <source>Make recursively all items in the subtree visible</source>
         <translation>Macht rekursiv alle Elemente des Teilbaums sichtbar</translation>
     </message>
+    <message>
+        <location line="+110"/>
+        <source>The display item no longer exists</source>
+        <translation>Das Anzeigeelement existiert nicht mehr</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Visible</source>
+        <translation>Sichtbar</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Not visible</source>
+        <translation>Nicht sichtbar</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Selected</source>
+        <translation>Ausgewählt</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Not selected</source>
+        <translation>Nicht ausgewählt</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Hidden by an ancestor</source>
+        <translation>Von einem übergeordneten Element ausgeblendet</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>No ancestor hides it</source>
+        <translation>Kein übergeordnetes Element blendet es aus</translation>
+    </message>
 </context>
 <context>
     <name>Brennvik::DisplayModel2DDialog</name>
     <message>
-        <location filename="../debugmenucontent/displaymodel2d/DisplayModel2DDialog.cpp" line="+75"/>
+        <location filename="../debugmenucontent/displaymodel2d/DisplayModel2DDialog.cpp" line="+46"/>
         <location line="+1"/>
         <source>Name</source>
         <translation>Name</translation>

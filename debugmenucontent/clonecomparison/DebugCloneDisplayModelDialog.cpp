@@ -1,5 +1,7 @@
 #include "DebugCloneDisplayModelDialog.h"
 
+#include "DifferenceLines.h"
+
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/WaitCursor.h>
@@ -10,6 +12,8 @@
 
 #include <QPlainTextEdit>
 #include <QString>
+#include <QTextBlock>
+#include <QTextDocument>
 
 #include <typeinfo>
 #include <unordered_set>
@@ -40,6 +44,8 @@ DebugCloneDisplayModelDialog::DebugCloneDisplayModelDialog(QWidget* parent,
     // Escape still closes this dialog, unlike the tool dialogs: it is modal,
     // so it cannot be lost behind the application, and it has no button.
     setModal(true);
+    // A double click on a difference shows its item in both trees.
+    new LineDoubleClickWatch(m_outputTextField, [this](const QTextBlock& line) { showDifferenceAt(line); });
 
     const WaitCursor waitCursor;
     if (m_viewModel)
@@ -120,11 +126,38 @@ void DebugCloneDisplayModelDialog::compareTreeStructure()
     // One entry: the message, the item, and a paragraph holding a line break,
     // which shows as a blank line before the next. Kept as it is: those who
     // read the report back rely on this layout.
-    for (const auto& [message, itemText] : m_differences) {
-        m_outputTextField->appendPlainText(QString::fromStdString(message));
-        m_outputTextField->appendPlainText(QString::fromStdString(itemText));
-        m_outputTextField->appendPlainText(QStringLiteral("\n"));
+    for (std::size_t entry = 0; entry < m_differences.size(); ++entry) {
+        const auto& [message, itemText] = m_differences[entry];
+        appendReportLines(QString::fromStdString(message), int(entry));
+        appendReportLines(QString::fromStdString(itemText), int(entry));
+        appendReportLines(QStringLiteral("\n"), -1);
     }
+}
+
+void DebugCloneDisplayModelDialog::appendReportLines(const QString& text, int entry)
+{
+    QTextDocument* document = m_outputTextField->document();
+    // The first paragraph fills the empty document's block; later ones start new blocks.
+    const int first = document->isEmpty() ? 0 : document->blockCount();
+    m_outputTextField->appendPlainText(text);
+    if (entry < 0)
+        return;
+    // The tag moves with its line, whatever is edited above it.
+    for (QTextBlock block = document->findBlockByNumber(first); block.isValid(); block = block.next())
+        block.setUserState(entry);
+}
+
+void DebugCloneDisplayModelDialog::showDifferenceAt(const QTextBlock& line)
+{
+    const int entry = line.userState();
+    if (entry < 0 || std::size_t(entry) >= m_differenceItems.size())
+        return;
+    // The report names the original's item: with it gone, the line names nothing.
+    const std::shared_ptr<DisplayItemInterface> original = m_differenceItems[std::size_t(entry)].first.lock();
+    if (!original)
+        return;
+    showItemRow(m_displayItemTree, original);
+    showItemRow(m_clonedDisplayItemTree, m_differenceItems[std::size_t(entry)].second.lock());
 }
 
 // Pre-order with an explicit stack, in the order of a recursive walk: the
@@ -165,7 +198,7 @@ void DebugCloneDisplayModelDialog::openComparison(std::vector<ComparedItems>& st
 
     // Children of lists that do not match by length cannot be paired.
     if (originalChildren.size() != clonedChildren.size()) {
-        m_differences.emplace_back("Child count differs", original->getDescription());
+        recordDifference("Child count differs", original, cloned);
         return;
     }
     onPath.original.insert(original.get());
@@ -184,17 +217,25 @@ bool DebugCloneDisplayModelDialog::compareChildPair(const std::shared_ptr<Displa
     const DisplayItemInterface& originalObject = *originalChild;
     const DisplayItemInterface& clonedObject = *clonedChild;
     if (typeid(originalObject) != typeid(clonedObject)) {
-        m_differences.emplace_back("Type differs", originalChild->getDescription());
+        recordDifference("Type differs", originalChild, clonedChild);
         return false;
     }
     if (originalChild == clonedChild) {
         // The clone holds the original object instead of a copy.
-        m_differences.emplace_back("Pointer was copied", originalChild->getDescription());
+        recordDifference("Pointer was copied", originalChild, clonedChild);
         return false;
     }
     if (clonedChild->isVisible() != originalChild->isVisible())
-        m_differences.emplace_back("Visibility differs", originalChild->getDescription());
+        recordDifference("Visibility differs", originalChild, clonedChild);
     return true;
+}
+
+void DebugCloneDisplayModelDialog::recordDifference(const char* message,
+                                                    const std::shared_ptr<DisplayItemInterface>& original,
+                                                    const std::shared_ptr<DisplayItemInterface>& cloned)
+{
+    m_differences.emplace_back(message, original->getDescription());
+    m_differenceItems.emplace_back(original, cloned);
 }
 
 } // namespace Brennvik

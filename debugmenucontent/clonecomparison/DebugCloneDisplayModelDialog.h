@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+class QTextBlock;
+
 namespace Brennvik {
 
 class DisplayItemInterface;
@@ -68,11 +70,19 @@ private:
                         const std::shared_ptr<DisplayItemInterface>& cloned);
     bool compareChildPair(const std::shared_ptr<DisplayItemInterface>& originalChild,
                           const std::shared_ptr<DisplayItemInterface>& clonedChild);
+    void recordDifference(const char* message, const std::shared_ptr<DisplayItemInterface>& original,
+                          const std::shared_ptr<DisplayItemInterface>& cloned);
+    // Appends a paragraph; \a entry >= 0 tags its lines with the entry they belong to.
+    void appendReportLines(const QString& text, int entry);
+    void showDifferenceAt(const QTextBlock& line);
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     std::shared_ptr<ViewModelInterface> m_clonedViewModel;
     // (message, item text), in the order found.
     std::vector<std::pair<std::string, std::string>> m_differences;
+    // Per difference, the items it is about on either side, held weakly:
+    // a double click on its lines shows them in the trees.
+    std::vector<std::pair<std::weak_ptr<DisplayItemInterface>, std::weak_ptr<DisplayItemInterface>>> m_differenceItems;
 };
 
 } // namespace Brennvik

@@ -7,10 +7,12 @@
 #include <QDialog>
 #include <QList>
 #include <QPair>
+#include <QSize>
 #include <QString>
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <set>
 
 class QCloseEvent;
@@ -164,6 +166,8 @@ private:
     quint64 m_rebuilds;
     // Shows on the search field that the last find found nothing further.
     NoMatchMark* m_noMatchMark;
+    // The size clone mode widened the dialog from; given back when it ends.
+    std::optional<QSize> m_sizeBeforeCloneMode;
 };
 
 } // namespace Brennvik

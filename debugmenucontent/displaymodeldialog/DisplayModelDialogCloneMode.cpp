@@ -4,6 +4,7 @@
 
 #include "DisplayModelDialog.h"
 
+#include "CloneModeLayout.h"
 #include "CloneRowMarking.h"
 #include "ClonedPanes.h"
 #include "RowProperties.h"
@@ -18,6 +19,8 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QTreeWidget>
+
+#include <utility>
 
 namespace Brennvik {
 
@@ -78,13 +81,20 @@ void DisplayModelDialog::removeClonedWidgets()
 void DisplayModelDialog::onUseCloneStateChanged(int state)
 {
     m_useClone = state == Qt::Checked;
-    if (m_useClone)
+    if (m_useClone) {
         createClonedWidgets();
-    else
+        m_sizeBeforeCloneMode = widenForCloneMode(this);
+    } else {
         removeClonedWidgets();
+        if (const std::optional<QSize> size = std::exchange(m_sizeBeforeCloneMode, std::nullopt))
+            resize(*size);
+    }
     m_showCloneIn3dCheckBox->setEnabled(m_useClone);
     m_propertyCompareMode->setEnabled(m_useClone);
     rebuildTree(true);
+    // The clone starts out opened as the original is; later changes mirror row by row.
+    if (m_useClone)
+        mirrorExpansion(m_displayItemTreeWidget, m_clonedDisplayItemTreeWidget);
     if (m_showCloneIn3d && m_drawAreaPresenter)
         m_drawAreaPresenter->showViewModel(m_useClone ? m_clonedViewModel : m_viewModel);
 }

@@ -5,9 +5,11 @@ set(BRENNVIK_DISPLAYMODELDIALOG_SOURCES
     displaymodeldialog/DisplayModelDialogCloneMode.cpp
 )
 # Units no host sees: search, the search field's keys and no-match mark, tree
-# building, mirroring between the two trees, clone-row marking, the cloned panes
-# and the properties of a row.
+# building, mirroring between the two trees, the clone-mode width and first
+# expansion, clone-row marking, the cloned panes and the properties of a row.
 set(BRENNVIK_DISPLAYMODELDIALOG_INTERNAL_SOURCES
+    displaymodeldialog/CloneModeLayout.h
+    displaymodeldialog/CloneModeLayout.cpp
     displaymodeldialog/CloneRowMarking.h
     displaymodeldialog/CloneRowMarking.cpp
     displaymodeldialog/ClonedPanes.h

@@ -1,6 +1,8 @@
 #include "DisplayItemTreeWidget.h"
 
 #include "DisplayItemTreeWidgetItem.h"
+#include "RowGuard.h"
+#include "RowState.h"
 #include "RowTeardown.h"
 
 #include <hostcontract/DisplayItemInterface.h>
@@ -11,6 +13,9 @@
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDebug>
+#include <QHelpEvent>
+#include <QStringList>
+#include <QToolTip>
 
 namespace Brennvik {
 
@@ -90,9 +95,7 @@ void DisplayItemTreeWidget::contextMenuEvent(QContextMenuEvent* event)
         auto* menu = new TreeViewContextMenu(this, event->pos());
         // A row whose item has gone offers no item entries; the subtree
         // handlers then find nothing to do.
-        const std::shared_ptr<DisplayItemInterface> forSelect = m_contextItem->getDisplayItem();
-        if (m_selectAction && forSelect && forSelect->isSelectionAllowed())
-            menu->appendAction(m_selectAction, true);
+        appendSelectAction(*menu);
         // Asking the host may have removed the row.
         DisplayItemTreeWidgetItem* row = contextItem();
         const std::shared_ptr<DisplayItemInterface> forDelete = row ? row->getDisplayItem() : nullptr;
@@ -110,6 +113,51 @@ void DisplayItemTreeWidget::contextMenuEvent(QContextMenuEvent* event)
         delete menu;
     }
     event->accept();
+}
+
+void DisplayItemTreeWidget::appendSelectAction(TreeViewContextMenu& menu)
+{
+    const std::shared_ptr<DisplayItemInterface> item = m_contextItem->getDisplayItem();
+    if (!m_selectAction || !item || !item->isSelectionAllowed())
+        return;
+    menu.appendAction(m_selectAction, true);
+    // Offered whenever selection is allowed, but inert while the item's
+    // selection may not change now; a row gone meanwhile has nothing to toggle.
+    m_selectAction->setEnabled(contextItem() && item->isSelectable());
+}
+
+bool DisplayItemTreeWidget::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        if (DisplayItemTreeWidgetItem* row = DisplayItemTreeWidgetItem::asDisplayItemRow(itemAt(help->pos()))) {
+            showRowToolTip(row, *help);
+            return true;
+        }
+    }
+    return QTreeWidget::viewportEvent(event);
+}
+
+void DisplayItemTreeWidget::showRowToolTip(DisplayItemTreeWidgetItem* row, const QHelpEvent& event)
+{
+    const RowGuard<DisplayItemTreeWidgetItem> guardedRow(row, indexFromItem(row, 0));
+    const std::optional<RowState> state = queryRowState(guardedRow);
+    // The host's events may have removed the row while it was asked.
+    if (!state || !guardedRow.get()) {
+        QToolTip::hideText();
+        return;
+    }
+    QToolTip::showText(event.globalPos(), rowToolTipText(*state), viewport(), visualItemRect(row));
+}
+
+QString DisplayItemTreeWidget::rowToolTipText(const RowState& state)
+{
+    if (state.itemGone)
+        return tr("The display item no longer exists");
+    const QStringList lines{state.visible ? tr("Visible") : tr("Not visible"),
+                            state.selected ? tr("Selected") : tr("Not selected"),
+                            state.hiddenByAncestor ? tr("Hidden by an ancestor") : tr("No ancestor hides it")};
+    return lines.join(QLatin1Char('\n'));
 }
 
 DisplayItemTreeWidgetItem* DisplayItemTreeWidget::contextItem() const

@@ -8,18 +8,22 @@
 #include <memory>
 
 class QAction;
+class QHelpEvent;
 
 namespace Brennvik {
 
 class DisplayItemInterface;
 class DisplayItemTreeWidgetItem;
+class TreeViewContextMenu;
+struct RowState;
 
 /// The tree widget in which the 3D dialogs show display item rows.
 ///
 /// Adds a right-click menu that acts on the display item under the mouse
-/// (select/deselect, delete, hide or show the whole subtree) and conversions
-/// between rows and their depth-first position, with which two trees of the
-/// same shape (a model and its clone) are kept in step.
+/// (select/deselect, delete, hide or show the whole subtree), tool tips that
+/// tell a row's visibility and selection, and conversions between rows and
+/// their depth-first position, with which two trees of the same shape (a
+/// model and its clone) are kept in step.
 class BRENNVIK_DEBUGMENU_EXPORT DisplayItemTreeWidget : public QTreeWidget
 {
     Q_OBJECT
@@ -42,6 +46,9 @@ public:
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
+    /// Answers a tool tip over a display item row with its item's state, asked
+    /// of the host there and then: rows are many, and none keeps a tool tip.
+    bool viewportEvent(QEvent* event) override;
 
 private:
     void onSelectDisplayItem();
@@ -49,6 +56,9 @@ private:
     void onMakeAllSubtreeItemsInvisible();
     void onMakeAllSubtreeItemsVisible();
     void setSubtreeVisible(bool visible);
+    void appendSelectAction(TreeViewContextMenu& menu);
+    void showRowToolTip(DisplayItemTreeWidgetItem* row, const QHelpEvent& event);
+    static QString rowToolTipText(const RowState& state);
     DisplayItemTreeWidgetItem* contextItem() const;
     // The item of the menu's row; empty when the row or its item is gone.
     std::shared_ptr<DisplayItemInterface> contextDisplayItem() const;

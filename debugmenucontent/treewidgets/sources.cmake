@@ -6,15 +6,17 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
     treewidgets/DisplayItemTreeWidget.cpp
 )
 # Units no host sees: the edit-model row, row texts, columns, shared icon data
-# and teardown, the child-row index of wide parents, the property pane both
-# dialogs fill, and what every dialog does for its users: the wait cursor and
-# keeping tool dialogs open on Escape.
+# and teardown, the row state that tool tips show, the child-row index of wide
+# parents, the property pane both dialogs fill, and what every dialog does for
+# its users: the wait cursor and keeping tool dialogs open on Escape.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
     treewidgets/EditModelTreeWidgetItem.h
     treewidgets/EditModelTreeWidgetItem.cpp
     treewidgets/RowGuard.h
+    treewidgets/RowState.h
+    treewidgets/RowState.cpp
     treewidgets/RowText.h
     treewidgets/RowText.cpp
     treewidgets/RowTeardown.h

@@ -21,6 +21,7 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QPlainTextEdit>
+#include <QTextCursor>
 #include <QTest>
 #include <QTextBlock>
 #include <QTranslator>
@@ -142,6 +143,9 @@ private slots:
     void report_data();
     void report();
     void reportEntryIsMessageItemBlankLine();
+    void doubleClickOnLineShowsItem_data();
+    void doubleClickOnLineShowsItem();
+    void doubleClickOnGoneItemDoesNothing();
 
     // lifecycle
     void cloneIsMadeOnceAndDroppedWithDialog();
@@ -366,6 +370,93 @@ void tst_DebugCloneDisplayModelDialog::reportEntryIsMessageItemBlankLine()
     for (QTextBlock block = dialog.m_outputTextField->document()->begin(); block.isValid(); block = block.next())
         blocks << block.text();
     QCOMPARE(blocks, (QStringList{"Visibility differs", c1, "", "", "Pointer was copied", d, "", ""}));
+}
+
+// The double click of a user on the report's line \a blockNumber.
+void doubleClickLine(QPlainTextEdit* edit, int blockNumber)
+{
+    const QTextBlock block = edit->document()->findBlockByNumber(blockNumber);
+    QVERIFY(block.isValid());
+    const QPoint pos = edit->cursorRect(QTextCursor(block)).center() + QPoint(2, 0);
+    QTest::mouseDClick(edit->viewport(), Qt::LeftButton, Qt::NoModifier, pos);
+}
+
+// The current row's path, and whether all rows above it are expanded.
+QString shownRow(QTreeWidget* tree)
+{
+    const QTreeWidgetItem* row = tree->currentItem();
+    if (!row)
+        return QString();
+    for (const QTreeWidgetItem* above = row->parent(); above; above = above->parent()) {
+        if (!above->isExpanded())
+            return rowPath(row) + QStringLiteral(" (collapsed above)");
+    }
+    return rowPath(row);
+}
+
+void tst_DebugCloneDisplayModelDialog::doubleClickOnLineShowsItem_data()
+{
+    QTest::addColumn<DefectList>("defects");
+    QTest::addColumn<int>("line");
+    QTest::addColumn<QString>("shown");
+    using K = CloneDefect::Kind;
+    const DefectList two{{K::FlipVisibility, "C1"}, {K::ShareChild, "D"}};
+
+    QTest::newRow("message line") << two << 0 << "root/A/B/C1";
+    QTest::newRow("item line") << two << 1 << "root/A/B/C1";
+    QTest::newRow("blank line") << two << 2 << "";
+    QTest::newRow("second blank line") << two << 3 << "";
+    QTest::newRow("second entry, shared object") << two << 4 << "root/A/D";
+    QTest::newRow("second entry, item line") << two << 5 << "root/A/D";
+    QTest::newRow("child count: the parent") << DefectList{{K::AddChild, "B"}} << 0 << "root/A/B";
+    QTest::newRow("other type") << DefectList{{K::ChangeChildType, "E"}} << 1 << "root/E";
+    QTest::newRow("trees are equal") << DefectList{} << 0 << "";
+}
+
+void tst_DebugCloneDisplayModelDialog::doubleClickOnLineShowsItem()
+{
+    QFETCH(DefectList, defects);
+    QFETCH(int, line);
+    QFETCH(QString, shown);
+    auto viewModel = makeViewModel(buildRuleTree());
+    setDefects(*viewModel, defects);
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const QString report = dialog.m_outputTextField->toPlainText();
+    // A line that names no item leaves the trees as they were.
+    const QString originalBefore = shownRow(dialog.m_displayItemTree);
+    const QString clonedBefore = shownRow(dialog.m_clonedDisplayItemTree);
+    QVERIFY(originalBefore != shown || shown.isEmpty());
+
+    doubleClickLine(dialog.m_outputTextField, line);
+    QCOMPARE(shownRow(dialog.m_displayItemTree), shown.isEmpty() ? originalBefore : shown);
+    QCOMPARE(shownRow(dialog.m_clonedDisplayItemTree), shown.isEmpty() ? clonedBefore : shown);
+    // The report stays as it was.
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), report);
+}
+
+void tst_DebugCloneDisplayModelDialog::doubleClickOnGoneItemDoesNothing()
+{
+    auto root = buildRuleTree();
+    auto viewModel = makeViewModel(root);
+    setDefects(*viewModel, {{CloneDefect::Kind::FlipVisibility, "C1"}, {CloneDefect::Kind::FlipVisibility, "E"}});
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+
+    findItem(root, "B")->removeChild(findItem(root, "C1"), false);
+    QVERIFY(!findItem(root, "C1"));
+    const QString originalBefore = shownRow(dialog.m_displayItemTree);
+    const QString clonedBefore = shownRow(dialog.m_clonedDisplayItemTree);
+    doubleClickLine(dialog.m_outputTextField, 0);
+    QCOMPARE(shownRow(dialog.m_displayItemTree), originalBefore);
+    QCOMPARE(shownRow(dialog.m_clonedDisplayItemTree), clonedBefore);
+
+    // The next entry's item is still there.
+    doubleClickLine(dialog.m_outputTextField, 4);
+    QCOMPARE(shownRow(dialog.m_displayItemTree), QStringLiteral("root/E"));
+    QCOMPARE(shownRow(dialog.m_clonedDisplayItemTree), QStringLiteral("root/E"));
 }
 
 // ---------------------------------------------------------------- lifecycle

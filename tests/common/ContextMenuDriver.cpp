@@ -20,6 +20,8 @@ void chooseOrClose(QMenu* menu, const QString& entryToTrigger, ContextMenuVisit&
         if (action->isSeparator())
             continue;
         visit.entries << action->text();
+        if (!action->isEnabled())
+            visit.disabledEntries << action->text();
         if (!wanted && !entryToTrigger.isEmpty() && action->text() == entryToTrigger)
             wanted = action;
     }

@@ -13,10 +13,11 @@ namespace Brennvik::Test {
 /// What a user saw and did in one context menu.
 struct ContextMenuVisit
 {
-    bool opened = false;    ///< a popup menu appeared
-    bool accepted = false;  ///< the context menu event was accepted
-    QStringList entries;    ///< texts of the menu's actions in order, separators left out
-    bool triggered = false; ///< the wanted entry was found, enabled, and chosen
+    bool opened = false;         ///< a popup menu appeared
+    bool accepted = false;       ///< the context menu event was accepted
+    QStringList entries;         ///< texts of the menu's actions in order, separators left out
+    QStringList disabledEntries; ///< those of the entries that were shown disabled
+    bool triggered = false;      ///< the wanted entry was found, enabled, and chosen
 };
 
 /// Right-clicks \a view at \a viewportPos the way a user does: a real

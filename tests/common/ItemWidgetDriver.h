@@ -1,11 +1,19 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 class QListWidget;
 class QTreeWidget;
 class QTreeWidgetItem;
+
+namespace Brennvik {
+class DisplayItemInterface;
+class DisplayItemTreeWidgetItem;
+} // namespace Brennvik
 
 namespace Brennvik::Test {
 
@@ -26,6 +34,17 @@ void clickRow(QTreeWidget* tree, QTreeWidgetItem* row);
 /// Double-clicks \a row the way the mouse does: press and release, then the
 /// double-click press and its release, all at the centre of the row.
 void doubleClickRow(QTreeWidget* tree, QTreeWidgetItem* row);
+
+/// Rows for \a item and its subtree, under \a parentRow (top-level when null),
+/// without a dialog: the rows follow their items' icons, while the tree's
+/// structure stays as built. Returns the row of \a item.
+DisplayItemTreeWidgetItem* addRowsWithoutDialog(QTreeWidget* tree, QTreeWidgetItem* parentRow,
+                                                const std::shared_ptr<DisplayItemInterface>& item);
+
+/// A point of \a tree's viewport where no display item row is: on a new
+/// top-level row of the plain QTreeWidgetItem type when \a onForeignRow,
+/// else in the empty space below the last row.
+QPoint pointOutsideDisplayItemRows(QTreeWidget* tree, bool onForeignRow);
 
 /// The texts of \a list's entries, top to bottom.
 QStringList listTexts(const QListWidget* list);

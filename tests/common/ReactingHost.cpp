@@ -163,6 +163,24 @@ bool ReactingItem::isSelectionAllowed() const
     return DisplayItem::isSelectionAllowed();
 }
 
+bool ReactingItem::isVisible() const
+{
+    runReactionFor(Getter::Visible);
+    return DisplayItem::isVisible();
+}
+
+bool ReactingItem::isSelected() const
+{
+    runReactionFor(Getter::Selected);
+    return DisplayItem::isSelected();
+}
+
+bool ReactingItem::isSelectable() const
+{
+    runReactionFor(Getter::Selectable);
+    return DisplayItem::isSelectable();
+}
+
 void ReactingItem::collectSubtree(DisplayItemList& items) const
 {
     runReactionFor(Getter::Subtree);

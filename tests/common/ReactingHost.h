@@ -77,7 +77,7 @@ std::shared_ptr<const bool> reactInNextUpdate(SceneDisplayModel& model, const st
 class ReactingItem : public DisplayItem
 {
 public:
-    enum class Getter { Properties, SelectionAllowed, Subtree, Children };
+    enum class Getter { Properties, SelectionAllowed, Subtree, Children, Visible, Selected, Selectable };
 
     explicit ReactingItem(std::string displayName);
 
@@ -88,6 +88,9 @@ public:
 
     void getProperties(PropertyList& businessObjectProperties, PropertyList& displayItemProperties) const override;
     bool isSelectionAllowed() const override;
+    bool isVisible() const override;
+    bool isSelected() const override;
+    bool isSelectable() const override;
     void collectSubtree(DisplayItemList& items) const override;
     void collectSubtreeToShow(DisplayItemList& items) const override;
     DisplayItemList getChildren() const override;

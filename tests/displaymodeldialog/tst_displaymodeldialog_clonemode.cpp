@@ -28,6 +28,8 @@
 #include <QSpacerItem>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <QFont>
+#include <QScreen>
 #include <QTest>
 #include <QTranslator>
 #include <QTreeWidget>
@@ -296,6 +298,10 @@ private slots:
     void clonedWidgetTextsAreTranslatedInFormContext();
     void switchingOffLeavesEmptyColumn();
     void everyRebuildMakesFreshClone();
+    void switchingOnWidensWithinScreen_data();
+    void switchingOnWidensWithinScreen();
+    void switchingOnMirrorsExpansion_data();
+    void switchingOnMirrorsExpansion();
 
     // tree marks
     void identicalCloneMarksNothing();
@@ -550,6 +556,86 @@ void tst_DisplayModelDialogCloneMode::everyRebuildMakesFreshClone()
     QCOMPARE(viewModel->cloneCount(), 2);
     QVERIFY(!Access::clonedViewModel(*dialog));
     QVERIFY(weakSecond.expired());
+}
+
+void tst_DisplayModelDialogCloneMode::switchingOnWidensWithinScreen_data()
+{
+    QTest::addColumn<double>("startWidthPart"); // of the available width; at least the form's minimum
+    QTest::newRow("room to widen") << 0.0;
+    QTest::newRow("as wide as the screen") << 1.0;
+}
+
+void tst_DisplayModelDialogCloneMode::switchingOnWidensWithinScreen()
+{
+    QFETCH(double, startWidthPart);
+    DisplayModelDialog* dialog = openDialog(makeViewModel(buildRuleTree()), false);
+    QVERIFY(dialog);
+    // The test screen is small: a tiny font lets the form fit in half its width.
+    QFont font = dialog->font();
+    font.setPixelSize(4);
+    dialog->setFont(font);
+    QCoreApplication::processEvents();
+    dialog->layout()->activate();
+    const QRect available = dialog->screen()->availableGeometry();
+    QVERIFY2(dialog->minimumSizeHint().width() < available.width() - 100,
+             qPrintable(QString::number(dialog->minimumSizeHint().width())));
+    dialog->resize(qMax(dialog->minimumSizeHint().width(), int(available.width() * startWidthPart)), 450);
+    dialog->move(available.right() - dialog->frameGeometry().width() * 3 / 4, available.top());
+    QCoreApplication::processEvents();
+    const QSize before = dialog->size();
+    const int frameExtra = dialog->frameGeometry().width() - dialog->width();
+
+    switchCloneOn(dialog);
+    // Twice as wide, as far as the screen allows, and on the screen.
+    const int expectedWidth = qMax(before.width(), qMin(2 * before.width(), available.width() - frameExtra));
+    QCOMPARE(dialog->width(), expectedWidth);
+    QVERIFY(dialog->width() > before.width() || before.width() + frameExtra >= available.width());
+    QCOMPARE(dialog->height(), before.height());
+    // Moved left as far as needed to stay on the screen, where it fits at all.
+    if (dialog->frameGeometry().width() <= available.width())
+        QVERIFY(available.contains(dialog->frameGeometry()));
+
+    // Switching off gives the size back.
+    clickCheckBox(dialog->m_useCloneCheckBox);
+    QCoreApplication::processEvents();
+    QVERIFY(!Access::useClone(*dialog));
+    QCOMPARE(dialog->size(), before);
+}
+
+void tst_DisplayModelDialogCloneMode::switchingOnMirrorsExpansion_data()
+{
+    QTest::addColumn<QStringList>("expanded");
+    QTest::newRow("nothing") << QStringList{};
+    QTest::newRow("top row") << QStringList{"root"};
+    QTest::newRow("a path") << QStringList{"root", "root/A", "root/A/D"};
+    QTest::newRow("below a collapsed row") << QStringList{"root", "root/A/B", "root/A/D"};
+}
+
+void tst_DisplayModelDialogCloneMode::switchingOnMirrorsExpansion()
+{
+    QFETCH(QStringList, expanded);
+    DisplayModelDialog* dialog = openDialog(makeViewModel(buildRuleTree()), false);
+    QVERIFY(dialog);
+    QTreeWidget* original = dialog->m_displayItemTreeWidget;
+    for (const QString& path : expanded)
+        rowByPath(original, path)->setExpanded(true);
+
+    switchCloneOn(dialog);
+    DisplayItemTreeWidget* cloned = Access::clonedTree(*dialog);
+    QVERIFY(cloned);
+    QStringList clonedExpanded;
+    for (QTreeWidgetItemIterator it(cloned); *it; ++it) {
+        if ((*it)->isExpanded())
+            clonedExpanded << rowPath(*it);
+    }
+    QCOMPARE(clonedExpanded, expanded);
+    // Mirroring into the clone changed nothing in the original.
+    QStringList originalExpanded;
+    for (QTreeWidgetItemIterator it(original); *it; ++it) {
+        if ((*it)->isExpanded())
+            originalExpanded << rowPath(*it);
+    }
+    QCOMPARE(originalExpanded, expanded);
 }
 
 // ---------------------------------------------------------------- tree marks

@@ -22,6 +22,7 @@
 #include "../common/ItemWidgetDriver.h"
 #include "../common/ReactingHost.h"
 #include "../common/TestTree.h"
+#include "../common/ToolTipDriver.h"
 #include "../common/DisplayModelDialogTestAccess.h"
 
 #include <QAbstractItemModelTester>
@@ -51,11 +52,12 @@ enum class Action {
     PickCloned,  // the same in the cloned tree (clone mode)
     FindNext,    // "Find next" with the search value "needle"
     Navigate,    // the host asks the dialog to show the row's item
+    ToolTip,     // the mouse rests on the row
 };
 
 // Where the host reacts: inside an event of the item, inside the next
 // display or visibility update, or inside a getter of the item.
-enum class Trigger { Visual, Removed, Update, Properties, SelectionAllowed, Subtree };
+enum class Trigger { Visual, Removed, Update, Properties, SelectionAllowed, Subtree, Visible, Selected, Selectable };
 
 struct Operation
 {
@@ -95,6 +97,10 @@ const std::vector<Operation>& operations()
         {"show subtree", Action::MenuEntry, "A", VisibleEntry, Trigger::Visual, "A1"},
         {"show subtree, collecting", Action::MenuEntry, "A", VisibleEntry, Trigger::Subtree, "A"},
         {"open menu", Action::OpenMenu, "A", {}, Trigger::SelectionAllowed, "A"},
+        {"open menu, selectable asked", Action::OpenMenu, "A", {}, Trigger::Selectable, "A"},
+        {"tool tip, visibility asked", Action::ToolTip, "A1", {}, Trigger::Visible, "A1"},
+        {"tool tip, selection asked", Action::ToolTip, "A1", {}, Trigger::Selected, "A1"},
+        {"tool tip, the parent's visibility asked", Action::ToolTip, "A1", {}, Trigger::Visible, "A"},
         {"pick a row", Action::Pick, "A", {}, Trigger::Properties, "A"},
         {"find next", Action::FindNext, "", {}, Trigger::Properties, "A1"},
         {"navigate to an item", Action::Navigate, "A", {}, Trigger::Properties, "A"},
@@ -111,6 +117,25 @@ const std::vector<Operation>& operations()
         {"clone mode, double click", Action::DoubleClick, "A", {}, Trigger::Visual, "A", true},
     };
     return list;
+}
+
+// The item's getter that a trigger of the getter kind arms.
+ReactingItem::Getter getterOf(Trigger trigger)
+{
+    switch (trigger) {
+    case Trigger::Properties:
+        return ReactingItem::Getter::Properties;
+    case Trigger::Subtree:
+        return ReactingItem::Getter::Subtree;
+    case Trigger::Visible:
+        return ReactingItem::Getter::Visible;
+    case Trigger::Selected:
+        return ReactingItem::Getter::Selected;
+    case Trigger::Selectable:
+        return ReactingItem::Getter::Selectable;
+    default:
+        return ReactingItem::Getter::SelectionAllowed;
+    }
 }
 
 std::shared_ptr<ReactingItem> makeItem(const std::string& name)
@@ -228,15 +253,10 @@ void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
     case Trigger::Update:
         reacted = Test::reactInNextUpdate(*model, item, hostReaction);
         break;
-    case Trigger::Properties:
-    case Trigger::SelectionAllowed:
-    case Trigger::Subtree: {
+    default: {
         const auto armed = std::dynamic_pointer_cast<ReactingItem>(item);
         QVERIFY(armed);
-        const ReactingItem::Getter getter = op.trigger == Trigger::Properties ? ReactingItem::Getter::Properties
-            : op.trigger == Trigger::Subtree                                  ? ReactingItem::Getter::Subtree
-                                                                              : ReactingItem::Getter::SelectionAllowed;
-        reacted = armed->reactInGetter(getter, *model, item, hostReaction);
+        reacted = armed->reactInGetter(getterOf(op.trigger), *model, item, hostReaction);
         break;
     }
     }
@@ -283,6 +303,13 @@ void tst_DisplayModelDialogReactingHost::actionSurvivesHostReaction()
         dialog.navigateToInitialEntry(
             dynamic_cast<DisplayItemTreeWidgetItem*>(rowNamed(tree, rowName))->getDisplayItem(), false, true);
         break;
+    case Action::ToolTip: {
+        QTreeWidgetItem* row = rowNamed(tree, rowName);
+        tree->scrollToItem(row);
+        Test::toolTipAt(tree, tree->visualItemRect(row).center());
+        Test::takeDownToolTip();
+        break;
+    }
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 

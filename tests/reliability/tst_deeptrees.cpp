@@ -148,6 +148,7 @@ private slots:
     void displayModelDialogHidesDeepSubtree();
     void displayModelDialogCopiesAddedDeepSubtree();
     void expandAllOnDeepChain();
+    void cloneModeMirrorsDeepExpansion();
     void cloneComparisonDialogComparesDeepChain();
     void displayModel2DDialogBuildsDeepChain();
 
@@ -263,6 +264,31 @@ void tst_DeepTrees::expandAllOnDeepChain()
     chainLength(top, &last);
     QVERIFY(top->isExpanded());
     QVERIFY(last->parent()->isExpanded());
+}
+
+void tst_DeepTrees::cloneModeMirrorsDeepExpansion()
+{
+    const auto viewModel = makeChain(kDepth);
+    DisplayModelDialog dialog(nullptr);
+    dialog.setViewModel(viewModel);
+    auto* top = dynamic_cast<DisplayItemTreeWidgetItem*>(dialog.m_displayItemTreeWidget->topLevelItem(0));
+    QVERIFY(top);
+    top->expandAll();
+
+    dialog.m_useCloneCheckBox->setChecked(true);
+    auto* cloned = dialog.findChild<DisplayItemTreeWidget*>(QStringLiteral("m_clonedDisplayItemTreeWidget"));
+    QVERIFY(cloned);
+    // Row by row as in the original, all the way down.
+    QTreeWidgetItem* originalRow = top;
+    QTreeWidgetItem* clonedRow = cloned->topLevelItem(0);
+    int depth = 0;
+    for (; originalRow && clonedRow; ++depth) {
+        QCOMPARE(clonedRow->isExpanded(), originalRow->isExpanded());
+        originalRow = originalRow->childCount() > 0 ? originalRow->child(0) : nullptr;
+        clonedRow = clonedRow->childCount() > 0 ? clonedRow->child(0) : nullptr;
+    }
+    QCOMPARE(depth, kDepth);
+    QVERIFY(cloned->topLevelItem(0)->isExpanded());
 }
 
 void tst_DeepTrees::cloneComparisonDialogComparesDeepChain()

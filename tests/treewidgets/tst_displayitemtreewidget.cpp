@@ -10,6 +10,7 @@
 #include "../common/ContextMenuDriver.h"
 #include "../common/DebugIcons.h"
 #include "../common/DisplayItemMenuEntries.h"
+#include "../common/ItemWidgetDriver.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -24,27 +25,14 @@ namespace {
 
 const QStringList ItemEntries{SelectEntry, DeleteEntry, InvisibleEntry, VisibleEntry};
 
-// Rows for an item and its subtree, without a dialog: the rows follow their
-// items' icons, while the tree's structure stays as built.
-DisplayItemTreeWidgetItem* addRows(QTreeWidget* tree, QTreeWidgetItem* parentRow,
-                                   const std::shared_ptr<DisplayItemInterface>& item)
-{
-    auto* row = parentRow ? new DisplayItemTreeWidgetItem(parentRow, item, nullptr, false)
-                          : new DisplayItemTreeWidgetItem(tree, item, nullptr, false);
-    for (const auto& child : item->getChildren())
-        addRows(tree, row, child);
-    return row;
-}
-
 QPoint centreOf(QTreeWidget* tree, QTreeWidgetItem* row)
 {
     return tree->visualItemRect(row).center();
 }
 
-DisplayItemTreeWidgetItem* rowNamed(QTreeWidget* tree, const QString& text)
+DisplayItemTreeWidgetItem* itemRowNamed(QTreeWidget* tree, const QString& text)
 {
-    const QList<QTreeWidgetItem*> rows = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive, 0);
-    return rows.isEmpty() ? nullptr : dynamic_cast<DisplayItemTreeWidgetItem*>(rows.first());
+    return dynamic_cast<DisplayItemTreeWidgetItem*>(rowNamed(tree, text));
 }
 
 // A parent that hands removal requests to the host's queue instead of
@@ -88,8 +76,9 @@ private slots:
     void contextMenuWritesRowText();
     void noMenuOutsideDisplayItemRows_data();
     void noMenuOutsideDisplayItemRows();
-    void selectEntryTogglesAndUpdatesOnce_data();
     void selectEntryTogglesAndUpdatesOnce();
+    void selectEntryEnabledOnlyWhileSelectable_data();
+    void selectEntryEnabledOnlyWhileSelectable();
     void deleteEntryLeavesRowToTheHostsEvent();
     void subtreeEntries_data();
     void subtreeEntries();
@@ -151,7 +140,7 @@ void tst_DisplayItemTreeWidget::buildModel()
     m_model->setRootDisplayItem(m_root);
 
     for (DisplayItemTreeWidget* tree : {m_tree, m_plainTree}) {
-        addRows(tree, nullptr, m_root);
+        addRowsWithoutDialog(tree, nullptr, m_root);
         tree->expandAll();
     }
 }
@@ -210,7 +199,7 @@ void tst_DisplayItemTreeWidget::actions()
 void tst_DisplayItemTreeWidget::treeWithoutActionsHasNone()
 {
     QVERIFY(m_plainTree->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly).isEmpty());
-    const auto visit = rightClick(m_plainTree, centreOf(m_plainTree, rowNamed(m_plainTree, "Punch")));
+    const auto visit = rightClick(m_plainTree, centreOf(m_plainTree, itemRowNamed(m_plainTree, "Punch")));
     QVERIFY(visit.opened);
     QVERIFY(visit.accepted);
     QVERIFY(!visit.entries.isEmpty()); // the kit's own entries
@@ -234,7 +223,7 @@ void tst_DisplayItemTreeWidget::contextMenuEntries()
 {
     QFETCH(QString, row);
     QFETCH(QStringList, expected);
-    DisplayItemTreeWidgetItem* target = rowNamed(m_tree, row);
+    DisplayItemTreeWidgetItem* target = itemRowNamed(m_tree, row);
     QVERIFY(target);
 
     const auto visit = rightClick(m_tree, centreOf(m_tree, target));
@@ -254,7 +243,7 @@ void tst_DisplayItemTreeWidget::contextMenuEntries()
 void tst_DisplayItemTreeWidget::contextMenuWritesRowText()
 {
     QTest::ignoreMessage(QtDebugMsg, "Blank mesh");
-    const auto visit = rightClick(m_tree, centreOf(m_tree, rowNamed(m_tree, "Blank mesh")));
+    const auto visit = rightClick(m_tree, centreOf(m_tree, itemRowNamed(m_tree, "Blank mesh")));
     QVERIFY(visit.opened);
 }
 
@@ -268,56 +257,66 @@ void tst_DisplayItemTreeWidget::noMenuOutsideDisplayItemRows_data()
 void tst_DisplayItemTreeWidget::noMenuOutsideDisplayItemRows()
 {
     QFETCH(bool, onForeignRow);
-    QPoint pos;
-    if (onForeignRow) {
-        auto* foreign = new QTreeWidgetItem(m_tree, QStringList{QStringLiteral("Not a display item")});
-        pos = centreOf(m_tree, foreign);
-    } else {
-        QTreeWidgetItem* last = nullptr;
-        QTreeWidgetItemIterator it(m_tree);
-        while (*it) {
-            last = *it;
-            ++it;
-        }
-        pos = QPoint(10, m_tree->visualItemRect(last).bottom() + 40);
-        QVERIFY(pos.y() < m_tree->viewport()->height());
-        QVERIFY(!m_tree->itemAt(pos));
-    }
+    const QPoint pos = pointOutsideDisplayItemRows(m_tree, onForeignRow);
+    QVERIFY(pos.y() < m_tree->viewport()->height());
+    QVERIFY(!dynamic_cast<DisplayItemTreeWidgetItem*>(m_tree->itemAt(pos)));
     const auto visit = rightClick(m_tree, pos);
     QVERIFY(!visit.opened);
     QVERIFY(visit.accepted);
 }
 
-void tst_DisplayItemTreeWidget::selectEntryTogglesAndUpdatesOnce_data()
-{
-    QTest::addColumn<bool>("selectable");
-    QTest::addColumn<bool>("expectedSelected");
-    QTest::newRow("selectable item toggles") << true << true;
-    QTest::newRow("unselectable item stays, update still asked") << false << false;
-}
-
 void tst_DisplayItemTreeWidget::selectEntryTogglesAndUpdatesOnce()
 {
-    QFETCH(bool, selectable);
-    QFETCH(bool, expectedSelected);
-    DisplayItemTreeWidgetItem* row = rowNamed(m_tree, "Punch");
+    DisplayItemTreeWidgetItem* row = itemRowNamed(m_tree, "Punch");
     auto punch = std::dynamic_pointer_cast<DisplayItem>(row->getDisplayItem());
-    punch->setSelectable(selectable);
 
     QTest::ignoreMessage(QtDebugMsg, "Punch");
     QTest::ignoreMessage(QtDebugMsg, "onSelectDisplayItem()");
     const auto visit = rightClick(m_tree, centreOf(m_tree, row), SelectEntry);
     QVERIFY(visit.triggered);
-    QCOMPARE(punch->isSelected(), expectedSelected);
-    QCOMPARE(punch->visualNotificationCount(), selectable ? 1 : 0);
+    QVERIFY(punch->isSelected());
+    QCOMPARE(punch->visualNotificationCount(), 1);
     QCOMPARE(m_model->displayUpdateCount(2), 1);
     QCOMPARE(m_model->totalDisplayUpdateCount(), 1);
     QCOMPARE(m_model->visibilityUpdateCount(), 0);
 }
 
+void tst_DisplayItemTreeWidget::selectEntryEnabledOnlyWhileSelectable_data()
+{
+    QTest::addColumn<bool>("selectable");
+    QTest::newRow("selectable: enabled") << true;
+    QTest::newRow("not selectable now: shown disabled") << false;
+}
+
+void tst_DisplayItemTreeWidget::selectEntryEnabledOnlyWhileSelectable()
+{
+    QFETCH(bool, selectable);
+    DisplayItemTreeWidgetItem* row = itemRowNamed(m_tree, "Punch");
+    auto punch = std::dynamic_pointer_cast<DisplayItem>(row->getDisplayItem());
+    punch->setSelectable(selectable);
+
+    // The same menu twice: the entry's state is the item's of the moment.
+    for (int round = 0; round < 2; ++round) {
+        const auto visit = rightClick(m_tree, centreOf(m_tree, row), SelectEntry);
+        QVERIFY(visit.entries.contains(SelectEntry));
+        QCOMPARE(visit.disabledEntries.contains(SelectEntry), !selectable);
+        QCOMPARE(visit.disabledEntries.size(), selectable ? 0 : 1);
+        QCOMPARE(visit.triggered, selectable);
+    }
+    // Chosen twice when enabled; a disabled entry cannot be chosen at all.
+    QCOMPARE(punch->isSelected(), false);
+    QCOMPARE(punch->visualNotificationCount(), selectable ? 2 : 0);
+    QCOMPARE(m_model->totalDisplayUpdateCount(), selectable ? 2 : 0);
+
+    // A selectable item's entry is enabled again in the next menu.
+    punch->setSelectable(true);
+    const auto visit = rightClick(m_tree, centreOf(m_tree, row));
+    QVERIFY(visit.disabledEntries.isEmpty());
+}
+
 void tst_DisplayItemTreeWidget::deleteEntryLeavesRowToTheHostsEvent()
 {
-    DisplayItemTreeWidgetItem* row = rowNamed(m_tree, "Punch");
+    DisplayItemTreeWidgetItem* row = itemRowNamed(m_tree, "Punch");
     auto punch = row->getDisplayItem();
     DisplayItemInterface* tools = punch->getParent();
     QVERIFY(tools);
@@ -334,7 +333,7 @@ void tst_DisplayItemTreeWidget::deleteEntryLeavesRowToTheHostsEvent()
     QCOMPARE(m_model->displayUpdateCount(2), 1);
     QCOMPARE(m_model->totalDisplayUpdateCount(), 1);
     // ... but only a dialog that hears the removed event drops rows; these rows have none.
-    QCOMPARE(rowNamed(m_tree, "Punch"), row);
+    QCOMPARE(itemRowNamed(m_tree, "Punch"), row);
     QCOMPARE(row->parent()->childCount(), 2);
 }
 
@@ -372,7 +371,7 @@ void tst_DisplayItemTreeWidget::subtreeEntries()
         }
     }
 
-    const auto visit = rightClick(m_tree, centreOf(m_tree, rowNamed(m_tree, "Tools")), entry);
+    const auto visit = rightClick(m_tree, centreOf(m_tree, itemRowNamed(m_tree, "Tools")), entry);
     QVERIFY(visit.triggered);
 
     const QStringList inSubtree{"Tools", "Upper die", "Punch", "Punch radius"};
@@ -392,22 +391,22 @@ void tst_DisplayItemTreeWidget::subtreeEntries()
 void tst_DisplayItemTreeWidget::subtreeEntryOnLeafLeavesAncestors()
 {
     // Only what the host collects for the clicked item changes, not its ancestors.
-    DisplayItemTreeWidgetItem* leaf = rowNamed(m_tree, "Punch radius");
+    DisplayItemTreeWidgetItem* leaf = itemRowNamed(m_tree, "Punch radius");
     const auto visit = rightClick(m_tree, centreOf(m_tree, leaf), InvisibleEntry);
     QVERIFY(visit.triggered);
     QCOMPARE(debugIconName(leaf->icon(0)), QStringLiteral("not_visible"));
-    QCOMPARE(debugIconName(rowNamed(m_tree, "Punch")->icon(0)), QStringLiteral("visible"));
-    QVERIFY(rowNamed(m_tree, "Punch")->getDisplayItem()->isVisible());
+    QCOMPARE(debugIconName(itemRowNamed(m_tree, "Punch")->icon(0)), QStringLiteral("visible"));
+    QVERIFY(itemRowNamed(m_tree, "Punch")->getDisplayItem()->isVisible());
     QCOMPARE(m_model->visibilityUpdateCount(), 1);
 }
 
 void tst_DisplayItemTreeWidget::rowRemovedWhileMenuIsOpen()
 {
-    DisplayItemTreeWidgetItem* row = rowNamed(m_tree, "Blank");
+    DisplayItemTreeWidgetItem* row = itemRowNamed(m_tree, "Blank");
     auto blank = row->getDisplayItem();
     const auto visit = rightClick(m_tree, centreOf(m_tree, row), InvisibleEntry, [&]() { delete row; });
     QVERIFY(visit.opened);
-    QVERIFY(!rowNamed(m_tree, "Blank"));
+    QVERIFY(!itemRowNamed(m_tree, "Blank"));
     // The entry found no row to act on: nothing changed, no update was asked.
     QVERIFY(blank->isVisible());
     QCOMPARE(m_model->visibilityUpdateCount(), 0);
@@ -431,11 +430,11 @@ void tst_DisplayItemTreeWidget::deleteRemovesRowWhenTheRemovedEventReachesTheDia
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     DisplayItemTreeWidget* tree = dialog.m_displayItemTreeWidget;
     tree->expandAll();
-    DisplayItemTreeWidgetItem* toolsRow = rowNamed(tree, "Tools");
+    DisplayItemTreeWidgetItem* toolsRow = itemRowNamed(tree, "Tools");
     QVERIFY(toolsRow);
     QCOMPARE(toolsRow->childCount(), 2);
 
-    const auto visit = rightClick(tree, centreOf(tree, rowNamed(tree, "Punch")), DeleteEntry);
+    const auto visit = rightClick(tree, centreOf(tree, itemRowNamed(tree, "Punch")), DeleteEntry);
     QVERIFY(visit.triggered);
 
     // Asked for, not yet done by the host: the row stays.
@@ -443,18 +442,18 @@ void tst_DisplayItemTreeWidget::deleteRemovesRowWhenTheRemovedEventReachesTheDia
     QCOMPARE(tools->queued.front().get(), punch.get());
     QCOMPARE(viewModel->displayModel().displayUpdateCount(2), 1);
     QCOMPARE(toolsRow->childCount(), 2);
-    QVERIFY(rowNamed(tree, "Punch"));
+    QVERIFY(itemRowNamed(tree, "Punch"));
 
     // The host's removed event reaches the parent row, and the dialog drops the row with its subtree.
     tools->carryOutQueuedRemovals();
     QCOMPARE(toolsRow->childCount(), 1);
     QCOMPARE(toolsRow->child(0)->text(0), QStringLiteral("Upper die"));
-    QVERIFY(!rowNamed(tree, "Punch"));
-    QVERIFY(!rowNamed(tree, "Punch radius"));
+    QVERIFY(!itemRowNamed(tree, "Punch"));
+    QVERIFY(!itemRowNamed(tree, "Punch radius"));
     QCOMPARE(punch->observerCount(), std::size_t(0));
 
     // The remaining child goes the same way.
-    const auto second = rightClick(tree, centreOf(tree, rowNamed(tree, "Upper die")), DeleteEntry);
+    const auto second = rightClick(tree, centreOf(tree, itemRowNamed(tree, "Upper die")), DeleteEntry);
     QVERIFY(second.triggered);
     QCOMPARE(tools->queued.size(), std::size_t(1));
     QCOMPARE(toolsRow->childCount(), 1);
@@ -465,7 +464,7 @@ void tst_DisplayItemTreeWidget::deleteRemovesRowWhenTheRemovedEventReachesTheDia
 void tst_DisplayItemTreeWidget::dfsIndexRoundTrip()
 {
     // A collapsed row still counts.
-    rowNamed(m_tree, "Blank")->setExpanded(false);
+    itemRowNamed(m_tree, "Blank")->setExpanded(false);
     int expected = 0;
     QTreeWidgetItemIterator it(m_tree);
     for (; *it; ++it, ++expected) {
@@ -477,7 +476,7 @@ void tst_DisplayItemTreeWidget::dfsIndexRoundTrip()
         QCOMPARE(m_tree->getItemFromModelIndex(index), *it);
     }
     QCOMPARE(expected, 7);
-    QCOMPARE(m_tree->getDFSIndex(rowNamed(m_tree, "Tools")), 3);
+    QCOMPARE(m_tree->getDFSIndex(itemRowNamed(m_tree, "Tools")), 3);
     QVERIFY(!m_tree->itemFromDFSIndex(expected));
     QVERIFY(!m_tree->itemFromDFSIndex(-1));
     QVERIFY(!m_tree->indexFromDFSIndex(expected).isValid());
@@ -496,7 +495,7 @@ void tst_DisplayItemTreeWidget::dfsIndexOfMissingRow()
 
 void tst_DisplayItemTreeWidget::modelIndexAccess()
 {
-    DisplayItemTreeWidgetItem* row = rowNamed(m_tree, "Punch");
+    DisplayItemTreeWidgetItem* row = itemRowNamed(m_tree, "Punch");
     const QModelIndex index = m_tree->getModelIndexFromItem(row, 0);
     QVERIFY(index.isValid());
     QCOMPARE(index.data().toString(), QStringLiteral("Punch"));
