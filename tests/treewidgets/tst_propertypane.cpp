@@ -1,6 +1,6 @@
 // The property pane filler that both display model dialogs use: one
 // top-level (name, value) row per property, in the list's order, with the
-// value as column 1's tool tip.
+// name and the value as their columns' tool tips.
 
 #include <debugmenucontent/treewidgets/PropertyPane.h>
 
@@ -56,7 +56,7 @@ void tst_PropertyPane::fillsOneRowPerProperty()
         QCOMPARE(row->text(0), names.at(i));
         QCOMPARE(row->text(1), values.at(i));
         QCOMPARE(row->toolTip(1), values.at(i));
-        QVERIFY(row->toolTip(0).isEmpty());
+        QCOMPARE(row->toolTip(0), names.at(i));
         QCOMPARE(row->childCount(), 0);
         QCOMPARE(row->type(), int(QTreeWidgetItem::Type));
     }
@@ -80,6 +80,7 @@ void tst_PropertyPane::propertyRowIsOutsideAnyTree()
     QVERIFY(!row->treeWidget());
     QCOMPARE(row->text(0), QStringLiteral("display item type"));
     QCOMPARE(row->text(1), QStringLiteral("ShellItem"));
+    QCOMPARE(row->toolTip(0), QStringLiteral("display item type"));
     QCOMPARE(row->toolTip(1), QStringLiteral("ShellItem"));
 }
 
