@@ -12,6 +12,7 @@
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/EditModelTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/PropertyPane.h>
+#include <debugmenucontent/treewidgets/PropertyPaneCopy.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 
 #include <hostcontract/DisplayItemInterface.h>
@@ -100,6 +101,8 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     m_displayItemTreeWidget->setHeaderLabel(QCoreApplication::translate(context, "Display items"));
     m_displayItemTreeWidget->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_displayItemProperties->setHeaderLabels(propertyHeaders);
+    addPropertyCopying(m_businessObjectProperties);
+    addPropertyCopying(m_displayItemProperties);
 
     // Shown, though disabled until clone mode is on.
     m_propertyCompareMode->setChecked(m_onlyCompareMirrored);

@@ -7,7 +7,7 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
 )
 # Units no host sees: the edit-model row, row texts, columns, shared icon data
 # and teardown, the child-row index of wide parents, and the property pane both
-# dialogs fill.
+# dialogs fill, with its copy entries.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
@@ -23,6 +23,8 @@ set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/SharedIconData.cpp
     treewidgets/PropertyPane.h
     treewidgets/PropertyPane.cpp
+    treewidgets/PropertyPaneCopy.h
+    treewidgets/PropertyPaneCopy.cpp
 )
 # What an installed library shows of it: the exported row and tree widget.
 set(BRENNVIK_TREEWIDGETS_PUBLIC_HEADERS
