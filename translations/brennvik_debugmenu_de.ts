@@ -100,6 +100,24 @@
     </message>
 </context>
 <context>
+    <name>Brennvik::PropertyPane</name>
+    <message>
+        <location filename="../debugmenucontent/treewidgets/PropertyPaneCopy.cpp" line="+94"/>
+        <source>Copy value</source>
+        <translation>Wert kopieren</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Copy name and value</source>
+        <translation>Name und Wert kopieren</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Copy all properties</source>
+        <translation>Alle Eigenschaften kopieren</translation>
+    </message>
+</context>
+<context>
     <name>DebugCloneDisplayModelDialogClass</name>
     <message>
         <location filename="../debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.ui" line="+14"/>

@@ -5,6 +5,7 @@
 
 #include <debugmenucontent/treewidgets/KeepOpenOnEscape.h>
 #include <debugmenucontent/treewidgets/PropertyPane.h>
+#include <debugmenucontent/treewidgets/PropertyPaneCopy.h>
 #include <debugmenucontent/treewidgets/RowColumns.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 #include <debugmenucontent/treewidgets/WaitCursor.h>
@@ -48,6 +49,8 @@ DisplayModel2DDialog::DisplayModel2DDialog(const MainWindowPresenter& presenter,
     m_businessObjectProperties->setHeaderLabels(QStringList() << tr("Name") << tr("Value"));
     m_displayItemProperties->setHeaderLabels(QStringList() << tr("Name") << tr("Value"));
     m_displayItemTreeWidget->setHeaderLabels(QStringList() << tr("Display items"));
+    addPropertyCopying(m_businessObjectProperties);
+    addPropertyCopying(m_displayItemProperties);
 
     // Filled before the list is connected: the first row becomes current
     // without building a tree; the tree comes with the first showEvent.

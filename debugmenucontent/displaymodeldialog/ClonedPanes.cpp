@@ -1,6 +1,7 @@
 #include "ClonedPanes.h"
 
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
+#include <debugmenucontent/treewidgets/PropertyPaneCopy.h>
 
 #include <QBoxLayout>
 #include <QCoreApplication>
@@ -56,6 +57,7 @@ ClonedPane addClonedPane(QWidget* dialog, QVBoxLayout* column, const ClonedPaneN
     pane.pane->setObjectName(QString::fromLatin1(names.pane));
     pane.pane->setColumnCount(2);
     pane.pane->setHeaderLabels(QStringList{translated("Name"), translated("Value")});
+    addPropertyCopying(pane.pane);
     column->addWidget(pane.pane);
     return pane;
 }

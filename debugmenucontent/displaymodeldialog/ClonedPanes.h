@@ -34,8 +34,8 @@ struct ClonedPaneNames
 /// The cloned tree, made with \a dialog as parent and added to \a mainLayout.
 DisplayItemTreeWidget* addClonedTree(QWidget* dialog, QHBoxLayout* mainLayout);
 
-/// A header row and a two-column property pane ("Name", "Value"), parented
-/// to \a dialog and appended to \a column in that order. Texts are translated
+/// A header row and a two-column property pane ("Name", "Value") with the
+/// copy entries, parented to \a dialog and appended to \a column in that order. Texts are translated
 /// in the dialog form's context.
 ClonedPane addClonedPane(QWidget* dialog, QVBoxLayout* column, const ClonedPaneNames& names);
 

@@ -15,6 +15,7 @@
 #include <debugmenucontent/treewidgets/EditModelTreeWidgetItem.h>
 #include <debugmenucontent/treewidgets/KeepOpenOnEscape.h>
 #include <debugmenucontent/treewidgets/PropertyPane.h>
+#include <debugmenucontent/treewidgets/PropertyPaneCopy.h>
 #include <debugmenucontent/treewidgets/RowTeardown.h>
 #include <debugmenucontent/treewidgets/WaitCursor.h>
 
@@ -105,6 +106,8 @@ DisplayModelDialog::DisplayModelDialog(QWidget* parent)
     m_displayItemTreeWidget->setHeaderLabel(QCoreApplication::translate(context, "Display items"));
     m_displayItemTreeWidget->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_displayItemProperties->setHeaderLabels(propertyHeaders);
+    addPropertyCopying(m_businessObjectProperties);
+    addPropertyCopying(m_displayItemProperties);
 
     // Shown, though disabled until clone mode is on.
     m_propertyCompareMode->setChecked(m_onlyCompareMirrored);

@@ -9,8 +9,11 @@ namespace Brennvik {
 
 QTreeWidgetItem* makePropertyRow(const Property& property)
 {
+    const QString name = QString::fromStdString(property.first);
     const QString value = QString::fromStdString(property.second);
-    auto* row = new QTreeWidgetItem(QStringList{QString::fromStdString(property.first), value});
+    auto* row = new QTreeWidgetItem(QStringList{name, value});
+    // Narrow panes cut long names and values off; the tool tips show them whole.
+    row->setToolTip(0, name);
     row->setToolTip(1, value);
     return row;
 }

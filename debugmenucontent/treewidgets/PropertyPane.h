@@ -7,8 +7,9 @@ class QTreeWidgetItem;
 
 namespace Brennvik {
 
-/// A (name, value) row of a property pane, not yet in a tree. The value is
-/// also column 1's tool tip, so that long values can be read in full.
+/// A (name, value) row of a property pane, not yet in a tree. The name and
+/// the value are also their columns' tool tips, so that long ones can be read
+/// in full.
 QTreeWidgetItem* makePropertyRow(const Property& property);
 
 /// Appends one top-level row per property to \a pane, in the list's order.

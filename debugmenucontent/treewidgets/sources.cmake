@@ -8,7 +8,8 @@ set(BRENNVIK_TREEWIDGETS_SOURCES
 # Units no host sees: the edit-model row, row texts, columns, shared icon data
 # and teardown, the row state that tool tips show, the child-row index of wide
 # parents, the property pane both dialogs fill, and what every dialog does for
-# its users: the wait cursor and keeping tool dialogs open on Escape.
+# its users: the wait cursor, keeping tool dialogs open on Escape and copying
+# from property panes.
 set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/ChildRowIndex.h
     treewidgets/ChildRowIndex.cpp
@@ -29,6 +30,8 @@ set(BRENNVIK_TREEWIDGETS_INTERNAL_SOURCES
     treewidgets/WaitCursor.h
     treewidgets/KeepOpenOnEscape.h
     treewidgets/KeepOpenOnEscape.cpp
+    treewidgets/PropertyPaneCopy.h
+    treewidgets/PropertyPaneCopy.cpp
 )
 # What an installed library shows of it: the exported row and tree widget.
 set(BRENNVIK_TREEWIDGETS_PUBLIC_HEADERS

@@ -7,6 +7,8 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include "Plot2DHost.h"
+#include "PropertyPaneDriver.h"
+#include "ShownWindow.h"
 #include "TestTree.h"
 
 #include <QAbstractButton>
@@ -191,6 +193,8 @@ private slots:
     void treeWidgetActionTexts();
     void noMatchToolTip_data();
     void noMatchToolTip();
+    void propertyPaneMenuTexts_data();
+    void propertyPaneMenuTexts();
 
 private:
     // Builds the widget with the German translator installed and then
@@ -254,7 +258,7 @@ void tst_Translations::translationSourceCoversTheLibraryContexts()
         contexts.insert(message.context);
     for (const char* context :
          {"DisplayModelDialogClass", "DebugCloneDisplayModelDialogClass", "DisplayModel2DDialogClass",
-          "Brennvik::DisplayItemTreeWidget", "Brennvik::DisplayModel2DDialog"})
+          "Brennvik::DisplayItemTreeWidget", "Brennvik::DisplayModel2DDialog", "Brennvik::PropertyPane"})
         QVERIFY2(contexts.contains(QString::fromLatin1(context)), context);
 }
 
@@ -445,6 +449,31 @@ void tst_Translations::noMatchToolTip()
     QCOMPARE(dialog.m_searchValueLE->toolTip(), QString());
     QTest::mouseClick(dialog.m_findDisplayItemPB, Qt::LeftButton);
     QCOMPARE(dialog.m_searchValueLE->toolTip(), toolTip);
+}
+
+void tst_Translations::propertyPaneMenuTexts_data()
+{
+    QTest::addColumn<bool>("german");
+    QTest::addColumn<QStringList>("entries");
+    QTest::newRow("German") << true
+                            << QStringList{"Wert kopieren", "Name und Wert kopieren", "Alle Eigenschaften kopieren"};
+    QTest::newRow("English") << false << QStringList{"Copy value", "Copy name and value", "Copy all properties"};
+}
+
+void tst_Translations::propertyPaneMenuTexts()
+{
+    QFETCH(bool, german);
+    QFETCH(QStringList, entries);
+
+    if (german)
+        QVERIFY(QCoreApplication::installTranslator(&m_german));
+    const auto removeTranslator = qScopeGuard([this] { QCoreApplication::removeTranslator(&m_german); });
+    DisplayModelDialog dialog(nullptr);
+    QVERIFY(Test::showAtOrigin(dialog));
+    // The entries are looked up each time the menu opens.
+    const Test::PaneMenuVisit visit = Test::chooseFromPaneMenu(dialog.m_displayItemProperties, -1, QString());
+    QVERIFY(visit.opened);
+    QCOMPARE(visit.entries, entries);
 }
 
 QTEST_MAIN(tst_Translations)
