@@ -48,14 +48,44 @@ private:
     std::function<void()> m_findNext;
 };
 
+// Keeps the field's minimum width at that of a typical value in the field's
+// own font, also when the font changes (a host or a style may set another).
+class FitsTypicalValue : public QObject
+{
+public:
+    explicit FitsTypicalValue(QLineEdit& field)
+        : QObject(&field)
+        , m_field(field)
+    {
+        field.installEventFilter(this);
+        fit();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::FontChange)
+            fit();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void fit()
+    {
+        // The text, and about a character either side for the frame and margins.
+        const QFontMetrics metrics = m_field.fontMetrics();
+        const int width
+            = metrics.horizontalAdvance(QStringLiteral("0x0000000000000000")) + 2 * metrics.averageCharWidth();
+        m_field.setMinimumWidth(std::max(width, m_field.minimumSizeHint().width()));
+    }
+
+    QLineEdit& m_field;
+};
+
 } // namespace
 
 void fitSearchField(QLineEdit& field)
 {
-    // The text, and about a character either side for the frame and margins.
-    const QFontMetrics metrics = field.fontMetrics();
-    const int width = metrics.horizontalAdvance(QStringLiteral("0x0000000000000000")) + 2 * metrics.averageCharWidth();
-    field.setMinimumWidth(std::max(width, field.minimumSizeHint().width()));
+    new FitsTypicalValue(field);
 }
 
 void installSearchKeys(QDialog& dialog, QLineEdit& field, std::function<void()> findNext)

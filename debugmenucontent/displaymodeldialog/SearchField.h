@@ -8,7 +8,8 @@ class QLineEdit;
 namespace Brennvik {
 
 /// Gives \a field the width of a typical search value, a 64-bit address, as
-/// its minimum: the form's layout would squeeze it to a few characters.
+/// its minimum, in its font of the moment: the form's layout would squeeze it
+/// to a few characters.
 void fitSearchField(QLineEdit& field);
 
 /// The keys users expect of a search in \a dialog: Enter in \a field and F3
