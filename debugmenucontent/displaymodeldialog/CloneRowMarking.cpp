@@ -1,5 +1,7 @@
 #include "CloneRowMarking.h"
 
+#include "RowRemovalWatch.h"
+
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidgetItem.h>
 
 #include <hostcontract/DisplayItemInterface.h>
@@ -32,8 +34,10 @@ void markExtraClonedRow(DisplayItemTreeWidgetItem* cloned, std::vector<ComparedR
 }
 
 // Compares one pair and appends the pairs of their children to \a pending,
-// last child first, so that they come off the stack in order.
-void compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending)
+// last child first, so that they come off the stack in order. The host is
+// asked for both items' visibility; false when rows went meanwhile, and the
+// pair is then left alone.
+bool compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending, const RowRemovalWatch& watch)
 {
     DisplayItemTreeWidgetItem* const original = rows.original;
     DisplayItemTreeWidgetItem* const cloned = rows.cloned;
@@ -43,11 +47,11 @@ void compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending
         // a missing duplicate row is no defect of the clone.
         if (rows.clonedParent && original && !original->isDuplicate())
             paintFalseClonedAncestors(rows.clonedParent);
-        return;
+        return true;
     }
     if (!original) {
         markExtraClonedRow(cloned, pending);
-        return;
+        return true;
     }
 
     // Only fewer children in the original count here: a clone that lost
@@ -60,27 +64,35 @@ void compareRowPair(const ComparedRows& rows, std::vector<ComparedRows>& pending
 
     const std::shared_ptr<DisplayItemInterface> originalItem = original->getDisplayItem();
     const std::shared_ptr<DisplayItemInterface> clonedItem = cloned->getDisplayItem();
-    if (originalItem && clonedItem && originalItem->isVisible() != clonedItem->isVisible())
-        markDifferentVisibilityUpwards(cloned);
+    if (originalItem && clonedItem) {
+        const bool differentVisibility = originalItem->isVisible() != clonedItem->isVisible();
+        if (watch.rowsRemoved())
+            return false;
+        if (differentVisibility && !markDifferentVisibilityUpwards(cloned, watch))
+            return false;
+    }
 
     const int count = std::max(original->childCount(), cloned->childCount());
     for (int i = count - 1; i >= 0; --i) {
         pending.push_back({DisplayItemTreeWidgetItem::asDisplayItemRow(original->child(i)),
                            DisplayItemTreeWidgetItem::asDisplayItemRow(cloned->child(i)), cloned->parent()});
     }
+    return true;
 }
 
 } // namespace
 
 // With an explicit stack: the trees may show a chain far deeper than the call stack.
 void markClonedTreeDifferences(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
-                               QTreeWidgetItem* clonedParent)
+                               QTreeWidgetItem* clonedParent, const RowRemovalWatch& watch)
 {
     std::vector<ComparedRows> pending{{original, cloned, clonedParent}};
     while (!pending.empty()) {
         const ComparedRows rows = pending.back();
         pending.pop_back();
-        compareRowPair(rows, pending);
+        // The pending rows may be among those that went: the walk ends.
+        if (!compareRowPair(rows, pending, watch))
+            return;
     }
 }
 
@@ -105,13 +117,19 @@ void paintFalseClonedAncestors(QTreeWidgetItem* row)
         paintFalseClonedItem(dynamic_cast<DisplayItemTreeWidgetItem*>(ancestor));
 }
 
-void markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row)
+bool markDifferentVisibilityUpwards(DisplayItemTreeWidgetItem* row, const RowRemovalWatch& watch)
 {
     row->setDifferentVisibility(true);
+    if (watch.rowsRemoved())
+        return false;
     for (QTreeWidgetItem* ancestor = row->parent(); ancestor && ancestor->parent(); ancestor = ancestor->parent()) {
-        if (auto* ancestorRow = dynamic_cast<DisplayItemTreeWidgetItem*>(ancestor))
+        if (auto* ancestorRow = dynamic_cast<DisplayItemTreeWidgetItem*>(ancestor)) {
             ancestorRow->setDifferentVisibility(true);
+            if (watch.rowsRemoved())
+                return false;
+        }
     }
+    return true;
 }
 
 } // namespace Brennvik

@@ -69,6 +69,14 @@ void toggleWithDuplicateChildren(DisplayItemTreeWidgetItem* row)
     }
 }
 
+// Where \a row stands among the children of \a parent: nearly always last,
+// unless the host's events appended rows after it.
+int lastPositionOf(QTreeWidgetItem& parent, QTreeWidgetItem* row)
+{
+    const int last = parent.childCount() - 1;
+    return parent.child(last) == row ? last : parent.indexOfChild(row);
+}
+
 } // namespace
 
 DisplayModelDialog::DisplayModelDialog(QWidget* parent)
@@ -217,7 +225,11 @@ void DisplayModelDialog::rebuildTree(bool cloneOnly)
 bool DisplayModelDialog::buildOriginalTree(DisplayModel& displayModel,
                                            const std::shared_ptr<DisplayItemInterface>& root, quint64 rebuild)
 {
-    auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTreeWidget, root, this, false);
+    auto* topRow = new DisplayItemTreeWidgetItem(m_displayItemTreeWidget, root, this, false,
+                                                 DisplayItemTreeWidgetItem::ShownLater{});
+    // A rebuild inside the host's calls clears the tree, this row with it.
+    if (!topRow->showItem())
+        return false;
     if (!buildDetached(m_displayItemTreeWidget, topRow, root, rebuild))
         return false;
 
@@ -257,16 +269,22 @@ void DisplayModelDialog::buildClonedTree(quint64 rebuild)
     if (rebuiltSince(rebuild))
         return;
 
-    auto* clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false);
+    auto* clonedTopRow = new DisplayItemTreeWidgetItem(m_clonedDisplayItemTreeWidget, clonedRoot, this, false,
+                                                       DisplayItemTreeWidgetItem::ShownLater{});
+    if (!clonedTopRow->showItem())
+        return;
     if (!buildDetached(m_clonedDisplayItemTreeWidget, clonedTopRow, clonedRoot, rebuild))
         return;
     m_clonedTopRow = clonedTopRow;
 
-    for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount(); ++i) {
+    // The comparison asks the host, whose events may start a rebuild.
+    for (int i = 0; i < m_displayItemTreeWidget->topLevelItemCount() && !rebuiltSince(rebuild); ++i) {
         auto* mainRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_displayItemTreeWidget->topLevelItem(i));
         auto* clonedRow = dynamic_cast<DisplayItemTreeWidgetItem*>(m_clonedDisplayItemTreeWidget->topLevelItem(i));
         compareRecursiveTree(mainRow, clonedRow, clonedRow ? clonedRow->parent() : nullptr);
     }
+    if (rebuiltSince(rebuild))
+        return;
 
     // Made anew at every rebuild and never undone: after several rebuilds an
     // expansion reaches the other tree once per connection. Hosts' tools
@@ -316,12 +334,20 @@ void DisplayModelDialog::addChildRecursively(DisplayItemTreeWidgetItem* parentRo
 {
     if (!parentRow)
         return;
-    auto* row = new DisplayItemTreeWidgetItem(parentRow, item, this, duplicate);
+    auto* row
+        = new DisplayItemTreeWidgetItem(parentRow, item, this, duplicate, DisplayItemTreeWidgetItem::ShownLater{});
+    // Showing the row asks the host, whose events may delete it, or its parent and it.
+    if (!row->showItem())
+        return;
     // A subtree is built out of the tree and put back in one insertion (see
-    // buildDetached); a leaf needs neither step.
+    // buildDetached); a leaf needs neither step. Rows gone while the host is
+    // asked for the children end the addition.
+    const RowRemovalWatch asking(m_rowRemovals);
     const bool detach = item && !item->getChildren().empty();
+    if (asking.rowsRemoved())
+        return;
     if (detach)
-        parentRow->takeChild(parentRow->childCount() - 1);
+        parentRow->takeChild(lastPositionOf(*parentRow, row));
     // The duplicate flag goes in as geometrySeen, so a subtree added under a
     // duplicate row starts with geometry lists enabled; hosts have always seen
     // their added geometry listed so. The host's events during the build may

@@ -8,6 +8,7 @@
 #include "CloneRowMarking.h"
 #include "ClonedPanes.h"
 #include "RowProperties.h"
+#include "RowRemovalWatch.h"
 #include "TreeMirroring.h"
 
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
@@ -152,7 +153,8 @@ void DisplayModelDialog::printClonedProperties(const QTreeWidgetItem* clonedRow)
 void DisplayModelDialog::compareRecursiveTree(DisplayItemTreeWidgetItem* original, DisplayItemTreeWidgetItem* cloned,
                                               QTreeWidgetItem* clonedParent)
 {
-    markClonedTreeDifferences(original, cloned, clonedParent);
+    const RowRemovalWatch watch(m_rowRemovals);
+    markClonedTreeDifferences(original, cloned, clonedParent, watch);
 }
 
 void DisplayModelDialog::paintFalseClonedItem(DisplayItemTreeWidgetItem* row)

@@ -86,7 +86,11 @@ void buildSubtreeRows(DisplayModelDialog* dialog, DisplayItemTreeWidgetItem* par
         // Rows of a geometry list, and every row below them, are duplicates.
         const bool childDuplicate = frame.listingGeometry || frame.duplicate;
         const bool childGeometrySeen = frame.listingGeometry || frame.geometrySeen;
-        auto* row = new DisplayItemTreeWidgetItem(frame.parentRow, child, dialog, childDuplicate);
+        auto* row = new DisplayItemTreeWidgetItem(frame.parentRow, child, dialog, childDuplicate,
+                                                  DisplayItemTreeWidgetItem::ShownLater{});
+        // Showing the row asks the host, whose events may delete it.
+        if (!row->showItem() || watch.rowsRemoved())
+            return;
         row->setItemIndex(frame.index++);
         // The row's text is set once, so it can be tested before its subtree is built.
         if (!frame.listingGeometry && !frame.geometrySeen && row->text(0) == QLatin1String("Geometry"))

@@ -15,6 +15,7 @@
 
 #include <typeinfo>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Brennvik {
@@ -36,11 +37,64 @@ std::unordered_map<const DisplayItemTreeWidgetItem*, std::unique_ptr<ChildRowInd
     return *indexes;
 }
 
+// A row that asks the host about its item, followed across the call: rows
+// made inside the call nest, innermost first, and a row's destructor clears
+// its entry, so that the row learns that it has gone.
+struct RowBeingShown
+{
+    const DisplayItemTreeWidgetItem* row;
+    RowBeingShown* outer;
+};
+
+RowBeingShown* innermostRowBeingShown = nullptr;
+
+class FollowedRow
+{
+public:
+    explicit FollowedRow(const DisplayItemTreeWidgetItem* row)
+        : m_entry{row, innermostRowBeingShown}
+    {
+        innermostRowBeingShown = &m_entry;
+    }
+    ~FollowedRow() { innermostRowBeingShown = m_entry.outer; }
+    FollowedRow(const FollowedRow&) = delete;
+    FollowedRow& operator=(const FollowedRow&) = delete;
+
+    bool rowExists() const { return m_entry.row != nullptr; }
+
+private:
+    RowBeingShown m_entry;
+};
+
+void forgetRowBeingShown(const DisplayItemTreeWidgetItem* row)
+{
+    for (RowBeingShown* entry = innermostRowBeingShown; entry; entry = entry->outer) {
+        if (entry->row == row)
+            entry->row = nullptr;
+    }
+}
+
 } // namespace
 
 DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
                                                      DisplayModelDialog* dialog, bool isDuplicate)
+    : DisplayItemTreeWidgetItem(parent, std::move(displayItem), dialog, isDuplicate, ShownLater{})
+{
+    showItem();
+}
+
+DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidgetItem* parent,
+                                                     std::shared_ptr<DisplayItemInterface> displayItem,
+                                                     DisplayModelDialog* dialog, bool isDuplicate)
+    : DisplayItemTreeWidgetItem(parent, std::move(displayItem), dialog, isDuplicate, ShownLater{})
+{
+    showItem();
+}
+
+DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
+                                                     std::shared_ptr<DisplayItemInterface> displayItem,
+                                                     DisplayModelDialog* dialog, bool isDuplicate, ShownLater)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
     , m_isDuplicate(isDuplicate)
     , m_hasChildRowIndex(false)
@@ -50,7 +104,7 @@ DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidget* parent,
 
 DisplayItemTreeWidgetItem::DisplayItemTreeWidgetItem(QTreeWidgetItem* parent,
                                                      std::shared_ptr<DisplayItemInterface> displayItem,
-                                                     DisplayModelDialog* dialog, bool isDuplicate)
+                                                     DisplayModelDialog* dialog, bool isDuplicate, ShownLater)
     : QTreeWidgetItem(parent, QTreeWidgetItem::UserType)
     , m_isDuplicate(isDuplicate)
     , m_hasChildRowIndex(false)
@@ -84,6 +138,8 @@ DisplayItemTreeWidgetItem& DisplayItemTreeWidgetItem::operator=(const DisplayIte
 
 DisplayItemTreeWidgetItem::~DisplayItemTreeWidgetItem()
 {
+    if (innermostRowBeingShown)
+        forgetRowBeingShown(this);
     // The lock is empty when the item has gone; the host accepts that.
     unregisterFromDisplayItem(m_displayItem.lock());
     m_displayItem.reset();
@@ -212,7 +268,8 @@ void DisplayItemTreeWidgetItem::expandAll()
 
 void DisplayItemTreeWidgetItem::onPropertiesChangedEvent(std::shared_ptr<DisplayItemInterface> item)
 {
-    setVisiblityIcon();
+    if (!setVisiblityIcon())
+        return;
     if (m_dialog)
         m_dialog->displayItemModified(this);
 }
@@ -246,30 +303,44 @@ void DisplayItemTreeWidgetItem::init(const std::shared_ptr<DisplayItemInterface>
     m_dialog = dialog;
     m_itemIndex = -1;
     m_isDuplicate = isDuplicate;
+}
 
-    setVisiblityIcon();
+bool DisplayItemTreeWidgetItem::showItem()
+{
+    if (!setVisiblityIcon())
+        return false;
+    const FollowedRow followed(this);
 
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
-    setText(NameColumn, rowText(item));
+    const QString text = rowText(item);
+    if (!followed.rowExists())
+        return false;
+    setText(NameColumn, text);
 
-    // The index was set to -1 just above, so the index column stays empty on
-    // a new row. Kept so: hosts read the index back through
-    // getItemIndex and rely on the column showing nothing.
+    // The index is -1 on a row that init() has just set up, so the index
+    // column stays empty on a new row. Kept so: hosts read the index back
+    // through getItemIndex and rely on the column showing nothing.
     if (m_itemIndex >= 0)
         setText(IndexColumn, rowIndexText(m_itemIndex));
 
     registerToDisplayItem(item);
+    return followed.rowExists();
 }
 
-void DisplayItemTreeWidgetItem::setVisiblityIcon()
+bool DisplayItemTreeWidgetItem::setVisiblityIcon()
 {
     const std::shared_ptr<DisplayItemInterface> item = m_displayItem.lock();
     if (!item) {
         createVisibleIcons();
         showRowIcon(*this, *s_visibleDifferentIcon);
-        return;
+        return true;
     }
-    showRowIcon(*this, item->isVisible() ? *getVisibleIcon() : *getNotVisibleIcon());
+    const FollowedRow followed(this);
+    const bool visible = item->isVisible();
+    if (!followed.rowExists())
+        return false;
+    showRowIcon(*this, visible ? *getVisibleIcon() : *getNotVisibleIcon());
+    return true;
 }
 
 void DisplayItemTreeWidgetItem::createVisibleIcons()

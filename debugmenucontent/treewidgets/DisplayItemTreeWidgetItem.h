@@ -32,10 +32,25 @@ public:
     /// A row appended as the last child of \a parent.
     DisplayItemTreeWidgetItem(QTreeWidgetItem* parent, std::shared_ptr<DisplayItemInterface> displayItem,
                               DisplayModelDialog* dialog, bool isDuplicate);
+    /// Tag of the constructors that ask the host nothing: showItem() does that.
+    struct ShownLater
+    {
+    };
+    /// A top-level row of \a parent that holds its item but neither shows nor observes it yet.
+    DisplayItemTreeWidgetItem(QTreeWidget* parent, std::shared_ptr<DisplayItemInterface> displayItem,
+                              DisplayModelDialog* dialog, bool isDuplicate, ShownLater);
+    /// A last child of \a parent that holds its item but neither shows nor observes it yet.
+    DisplayItemTreeWidgetItem(QTreeWidgetItem* parent, std::shared_ptr<DisplayItemInterface> displayItem,
+                              DisplayModelDialog* dialog, bool isDuplicate, ShownLater);
     /// Member-wise copy; the copy does not register with the item itself.
     DisplayItemTreeWidgetItem(const DisplayItemTreeWidgetItem& other);
     DisplayItemTreeWidgetItem& operator=(const DisplayItemTreeWidgetItem& other);
     ~DisplayItemTreeWidgetItem() override;
+
+    /// Shows the item (icon and text) and starts observing it, as the other
+    /// constructors do. Each step asks the host, whose events may delete this
+    /// row; the row is then left alone. Returns whether the row still exists.
+    bool showItem();
 
     /// The row's display item; empty when it no longer exists.
     std::shared_ptr<DisplayItemInterface> getDisplayItem();
@@ -80,12 +95,12 @@ public:
     static constexpr int DifferentVisibilityRole = Qt::UserRole + 300;
 
 private:
-    /// What both constructors do once the row is in its tree: takes the row's
-    /// data, shows the item and starts observing it.
+    /// What the constructors do once the row is in its tree: takes the row's data.
     void init(const std::shared_ptr<DisplayItemInterface>& displayItem, DisplayModelDialog* dialog, bool isDuplicate);
     // Spelt so on purpose: the rows share this name, and hosts and their
-    // tests know it by this spelling.
-    void setVisiblityIcon();
+    // tests know it by this spelling. Asks the host for the visibility, and
+    // returns whether the row still exists afterwards.
+    bool setVisiblityIcon();
     QIcon* getVisibleIcon();
     QIcon* getNotVisibleIcon();
     static void createVisibleIcons();

@@ -142,12 +142,18 @@ std::shared_ptr<const bool> ReactingItem::reactInGetter(Getter getter, SceneDisp
                                                         const std::shared_ptr<DisplayItem>& target,
                                                         HostReaction reaction)
 {
-    m_getter = getter;
-    m_reacted = std::make_shared<bool>(false);
     const std::weak_ptr<DisplayItem> weakTarget = target;
     SceneDisplayModel* const targetModel = &model;
-    m_reaction
-        = [targetModel, weakTarget, reaction]() { applyHostReaction(reaction, weakTarget.lock(), *targetModel); };
+    return reactInGetter(getter, [targetModel, weakTarget, reaction]() {
+        applyHostReaction(reaction, weakTarget.lock(), *targetModel);
+    });
+}
+
+std::shared_ptr<const bool> ReactingItem::reactInGetter(Getter getter, std::function<void()> reaction)
+{
+    m_getter = getter;
+    m_reacted = std::make_shared<bool>(false);
+    m_reaction = std::move(reaction);
     return m_reacted;
 }
 
@@ -167,6 +173,12 @@ bool ReactingItem::isVisible() const
 {
     runReactionFor(Getter::Visible);
     return DisplayItem::isVisible();
+}
+
+std::string ReactingItem::getDisplayName() const
+{
+    runReactionFor(Getter::DisplayName);
+    return DisplayItem::getDisplayName();
 }
 
 bool ReactingItem::isSelected() const
@@ -201,7 +213,8 @@ DisplayItemList ReactingItem::getChildren() const
 
 std::shared_ptr<DisplayItem> ReactingItem::copyWithoutChildren() const
 {
-    auto copy = std::make_shared<ReactingItem>(getDisplayName());
+    // Named without asking the getter: copying must not set the reaction off.
+    auto copy = std::make_shared<ReactingItem>(DisplayItem::getDisplayName());
     copy->copyStateFrom(*this);
     return copy;
 }

@@ -77,7 +77,7 @@ std::shared_ptr<const bool> reactInNextUpdate(SceneDisplayModel& model, const st
 class ReactingItem : public DisplayItem
 {
 public:
-    enum class Getter { Properties, SelectionAllowed, Subtree, Children, Visible, Selected, Selectable };
+    enum class Getter { Properties, SelectionAllowed, Subtree, Children, Visible, Selected, Selectable, DisplayName };
 
     explicit ReactingItem(std::string displayName);
 
@@ -85,10 +85,13 @@ public:
     /// first, once. The flag returned turns true when the reaction has run.
     std::shared_ptr<const bool> reactInGetter(Getter getter, SceneDisplayModel& model,
                                               const std::shared_ptr<DisplayItem>& target, HostReaction reaction);
+    /// The same with a reaction of the test's own (handing the dialog another model, ...).
+    std::shared_ptr<const bool> reactInGetter(Getter getter, std::function<void()> reaction);
 
     void getProperties(PropertyList& businessObjectProperties, PropertyList& displayItemProperties) const override;
     bool isSelectionAllowed() const override;
     bool isVisible() const override;
+    std::string getDisplayName() const override;
     bool isSelected() const override;
     bool isSelectable() const override;
     void collectSubtree(DisplayItemList& items) const override;

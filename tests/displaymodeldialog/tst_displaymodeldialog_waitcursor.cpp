@@ -169,6 +169,7 @@ void tst_DisplayModelDialogWaitCursor::hostRemovingEverythingRestoresCursor_data
     QTest::addColumn<bool>("cloneMode");
     QTest::newRow("the branch goes") << HostReaction::RemoveBranch << false;
     QTest::newRow("the root is replaced") << HostReaction::ReplaceRoot << false;
+    QTest::newRow("clone mode, the branch goes") << HostReaction::RemoveBranch << true;
     QTest::newRow("clone mode, the root is replaced") << HostReaction::ReplaceRoot << true;
 }
 
