@@ -18,11 +18,6 @@ std::array<float, 16> toFloats(const aiMatrix4x4& matrix)
     return numbers;
 }
 
-std::string childPath(const std::string& parentPath, unsigned index)
-{
-    return (parentPath == "/" ? std::string("/") : parentPath + "/") + std::to_string(index);
-}
-
 /// Appends \a reason to the item's "skipped" display property.
 void noteSkipped(DisplayItem& item, const std::string& reason)
 {
@@ -31,6 +26,19 @@ void noteSkipped(DisplayItem& item, const std::string& reason)
 }
 
 } // namespace
+
+std::string SceneModelBuilder::indexPathText(std::size_t indexPath) const
+{
+    std::vector<unsigned> indexes;
+    for (; indexPath != 0; indexPath = m_indexPaths[indexPath].first)
+        indexes.push_back(m_indexPaths[indexPath].second);
+    if (indexes.empty())
+        return "/";
+    std::string text;
+    for (auto it = indexes.rbegin(); it != indexes.rend(); ++it)
+        text += "/" + std::to_string(*it);
+    return text;
+}
 
 SceneModelBuilder::SceneModelBuilder(const aiScene& scene)
     : m_scene(scene)
@@ -56,7 +64,8 @@ std::shared_ptr<DisplayItem> SceneModelBuilder::build(const Progress& progress)
     std::size_t made = 0;
 
     std::shared_ptr<DisplayItem> root;
-    std::vector<PendingNode> stack{{m_scene.mRootNode, nullptr, "/", m_scene.mRootNode->mTransformation}};
+    m_indexPaths.assign(1, {0, 0});
+    std::vector<PendingNode> stack{{m_scene.mRootNode, nullptr, 0, m_scene.mRootNode->mTransformation}};
     m_seen.insert(m_scene.mRootNode);
     while (!stack.empty()) {
         const PendingNode pending = std::move(stack.back());
@@ -96,7 +105,7 @@ std::size_t SceneModelBuilder::countNodes() const
 std::shared_ptr<DisplayItem> SceneModelBuilder::makeNodeItem(const PendingNode& pending)
 {
     const std::string name = SceneText::fromAiString(pending.node->mName);
-    auto item = std::make_shared<DisplayItem>(name.empty() ? pending.indexPath : name);
+    auto item = std::make_shared<DisplayItem>(name.empty() ? indexPathText(pending.indexPath) : name);
     if (pending.node->mMetaData)
         item->setBusinessProperties(SceneText::metadataProperties(*pending.node->mMetaData));
     item->setDisplayProperty("transformation", SceneText::matrixText(pending.node->mTransformation));
@@ -188,7 +197,8 @@ void SceneModelBuilder::pushChildren(const PendingNode& pending, DisplayItem& no
             noteSkipped(nodeItem, "child " + std::to_string(i) + " is a node met before");
             continue;
         }
-        stack.push_back({child, &nodeItem, childPath(pending.indexPath, i), pending.toScene * child->mTransformation});
+        m_indexPaths.emplace_back(pending.indexPath, i);
+        stack.push_back({child, &nodeItem, m_indexPaths.size() - 1, pending.toScene * child->mTransformation});
     }
 }
 

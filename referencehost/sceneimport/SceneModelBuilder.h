@@ -34,9 +34,13 @@ private:
     {
         const aiNode* node;
         DisplayItem* parent;
-        std::string indexPath;
+        /// The node's entry in m_indexPaths.
+        std::size_t indexPath;
         aiMatrix4x4 toScene;
     };
+
+    /// "/0/2" for the third child of the root's first child; "/" for the root.
+    std::string indexPathText(std::size_t indexPath) const;
 
     std::size_t countNodes() const;
     std::shared_ptr<DisplayItem> makeNodeItem(const PendingNode& pending);
@@ -57,6 +61,11 @@ private:
     std::vector<std::shared_ptr<const MeshTriangles>> m_triangles;
     std::vector<bool> m_trianglesMade;
     std::unordered_set<const aiNode*> m_seen;
+    /// Where each node met is among its parent's children: the entry of the
+    /// parent and the index; the root's is first. Texts are made only for
+    /// unnamed nodes: in a deep skeleton the paths of all nodes together
+    /// would grow with the square of its depth.
+    std::vector<std::pair<std::size_t, unsigned>> m_indexPaths;
     /// The names cameras and lights refer to, and the first node item of each.
     std::unordered_map<std::string, DisplayItem*> m_namedNodes;
 };
