@@ -463,6 +463,9 @@ void tst_ReferenceAppCommandLine::refusedSceneExitsWithStatusOne_data()
 
 void tst_ReferenceAppCommandLine::refusedSceneExitsWithStatusOne()
 {
+#ifndef BRENNVIK_WITH_SCENE_IMPORT
+    QSKIP("built without scene import");
+#endif
     QFETCH(QString, file);
     QFETCH(QByteArray, content);
     QFETCH(QString, reason);
