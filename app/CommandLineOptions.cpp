@@ -18,6 +18,11 @@ CommandLineOptions::CommandLineOptions()
     : help(parser.addHelpOption())
     , version(parser.addVersionOption())
     , model(valueOption("model", "Show the model snapshot of the JSON <file> instead of the sample.", "file"))
+    , scene(valueOption("scene",
+                        "Show the 3D scene <file> (glTF, FBX, COLLADA, OBJ, STL, IFC and the other formats\n"
+                        "Assimp reads) instead of the sample. A file that cannot be imported gives its reason\n"
+                        "(exit status 1).",
+                        "file"))
     , saveModel(
           valueOption("save-model", "Write the model shown (before any change) as a JSON snapshot to <file>.", "file"))
     , generate(valueOption("generate", "Show a generated model of about <n> display items instead of the sample.", "n"))
@@ -48,7 +53,7 @@ CommandLineOptions::CommandLineOptions()
 
 QList<QCommandLineOption> CommandLineOptions::valueOptions() const
 {
-    return {model, saveModel, generate, cloneDefect, open, screenshot, lang, settings};
+    return {model, scene, saveModel, generate, cloneDefect, open, screenshot, lang, settings};
 }
 
 std::optional<int> answerHelpOrVersion(int& argc, char** argv)

@@ -18,6 +18,7 @@ struct CommandLineOptions
     QCommandLineOption help;
     QCommandLineOption version;
     QCommandLineOption model;
+    QCommandLineOption scene;
     QCommandLineOption saveModel;
     QCommandLineOption generate;
     QCommandLineOption cloneDefect;

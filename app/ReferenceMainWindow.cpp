@@ -2,6 +2,7 @@
 
 #include "LazyDisplayItemRows.h"
 #include "ProcessPlots.h"
+#include "SceneFile.h"
 #include "SceneView3D.h"
 
 #include <debugmenucontent/clonecomparison/DebugCloneDisplayModelDialog.h>
@@ -22,6 +23,12 @@
 #include <referencehost/plot2d/MaterialGenerator.h>
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QSplitter>
@@ -71,10 +78,7 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     splitter->setStretchFactor(1, 3);
     setCentralWidget(splitter);
 
-    // The 3D view is the view model's view; plot labels in it lead to the plots.
     m_view->setViewWidget(m_sceneView);
-    m_viewModel->setView(m_view.get());
-    m_plots->addPlotLabels(*m_viewModel);
 
     // The material generator is a window of its own that the application names.
     m_materialGenerator = m_plots->createMaterialGeneratorWindow();
@@ -84,13 +88,105 @@ ReferenceMainWindow::ReferenceMainWindow(std::shared_ptr<SceneViewModel> viewMod
     // it a clone and back.
     m_drawAreaPresenter->setChangeCallback(
         [this](const std::shared_ptr<ViewModelInterface>& viewModel) { showInSceneView(viewModel); });
-    m_drawAreaPresenter->showViewModel(m_viewModel);
 
     createMenus();
+    setAcceptDrops(true);
+    attachViewModel();
+}
 
+void ReferenceMainWindow::attachViewModel()
+{
+    // The 3D view is the view model's view; plot labels in it lead to the plots.
+    m_viewModel->setView(m_view.get());
+    m_plots->addPlotLabels(*m_viewModel);
+    m_drawAreaPresenter->showViewModel(m_viewModel);
     m_viewModel->displayModel().setUpdateCallback([this]() { onModelUpdated(); });
-
     rebuildTree();
+}
+
+void ReferenceMainWindow::detachViewModel()
+{
+    delete m_cloneComparisonDialog;
+    delete m_displayModelDialog;
+    m_displayModelDialog = nullptr;
+    m_rows->clear();
+    m_viewModel->setView(nullptr);
+    m_viewModel->displayModel().setUpdateCallback({});
+    if (const std::shared_ptr<SceneViewModel> foreign = m_foreignViewModel.lock())
+        foreign->displayModel().setUpdateCallback({});
+    m_foreignViewModel.reset();
+}
+
+void ReferenceMainWindow::showViewModel(std::shared_ptr<SceneViewModel> viewModel)
+{
+    if (!viewModel || viewModel == m_viewModel)
+        return;
+    const bool dialogWasOpen = m_displayModelDialog && m_displayModelDialog->isVisible();
+    detachViewModel();
+    m_viewModel = std::move(viewModel);
+    attachViewModel();
+    if (m_displayModel2DDialog)
+        m_displayModel2DDialog->setViewModel(m_viewModel);
+    if (dialogWasOpen)
+        openDisplayModelDialog();
+}
+
+QString ReferenceMainWindow::openSceneFile(const QString& path)
+{
+    QString error;
+    std::shared_ptr<SceneViewModel> viewModel = importSceneFile(QFile::encodeName(path), &error);
+    if (!viewModel) {
+        // Not modal: the window stays usable, and nothing waits for the box.
+        auto* box = new QMessageBox(QMessageBox::Warning, windowTitle(), error, QMessageBox::Ok, this);
+        box->setObjectName(QStringLiteral("sceneErrorBox"));
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+        return error;
+    }
+    showViewModel(std::move(viewModel));
+    setWindowTitle(tr("Brennvik reference host - %1").arg(QFileInfo(path).fileName()));
+    return {};
+}
+
+QWidget* ReferenceMainWindow::openSceneFileDialog()
+{
+    auto* dialog = new QFileDialog(this, tr("Open a 3D scene"));
+    dialog->setObjectName(QStringLiteral("openSceneDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilter(sceneFileFilter());
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { openSceneFile(path); });
+    dialog->open();
+    return dialog;
+}
+
+namespace {
+
+/// The local file a drag carries, if it carries exactly one.
+QString draggedFile(const QMimeData* data)
+{
+    if (!data || !data->hasUrls() || data->urls().size() != 1 || !data->urls().first().isLocalFile())
+        return {};
+    return data->urls().first().toLocalFile();
+}
+
+} // namespace
+
+void ReferenceMainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (canImportScenes() && !draggedFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void ReferenceMainWindow::dropEvent(QDropEvent* event)
+{
+    const QString path = draggedFile(event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // Imported once the drop is done: the source of the drag is not kept waiting.
+    QMetaObject::invokeMethod(
+        this, [this, path]() { openSceneFile(path); }, Qt::QueuedConnection);
 }
 
 ReferenceMainWindow::~ReferenceMainWindow()
@@ -113,6 +209,11 @@ void ReferenceMainWindow::createMenus()
 {
     QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
     fileMenu->setObjectName(QStringLiteral("fileMenu"));
+    if (canImportScenes()) {
+        QAction* openAction = fileMenu->addAction(
+            tr("&Open..."), this, [this]() { openSceneFileDialog(); }, QKeySequence::Open);
+        openAction->setObjectName(QStringLiteral("openSceneAction"));
+    }
     QAction* quitAction = fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(tr("Ctrl+Q")));
     quitAction->setObjectName(QStringLiteral("quitAction"));
 

@@ -55,9 +55,23 @@ public:
     /// The dialogs of the Debug menu that are open now.
     QList<QWidget*> openDialogs() const;
 
+    /// Imports the 3D scene file at \a path and shows it instead of the
+    /// model shown now. A file that cannot be imported leaves the model as it
+    /// is and shows the reason in a message box; the reason is also returned
+    /// (empty on success).
+    QString openSceneFile(const QString& path);
+    /// Shows \a viewModel instead of the model shown now. The display model
+    /// and clone comparison dialogs are closed: they showed the old model.
+    void showViewModel(std::shared_ptr<SceneViewModel> viewModel);
+    /// File > Open...: a file dialog listing the formats of scene files.
+    QWidget* openSceneFileDialog();
+
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    /// A scene file dropped on the window is opened.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void createMenus();
@@ -67,6 +81,8 @@ private:
     void updateStatus();
     void onModelUpdated();
     void showInSceneView(const std::shared_ptr<ViewModelInterface>& viewModel);
+    void attachViewModel();
+    void detachViewModel();
 
     std::shared_ptr<SceneViewModel> m_viewModel;
     std::unique_ptr<SceneDrawAreaPresenter> m_drawAreaPresenter;

@@ -11,6 +11,8 @@
 #include <hostcontract/ViewTransformationProvider.h>
 #include <hostcontract/ViewModelInterface.h>
 
+#include <referencehost/model/SceneObjectItem.h>
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
@@ -29,6 +31,8 @@ namespace {
 constexpr int MaxPaintedTiles = 20000;
 constexpr double TileSpacing = 1.25;
 constexpr double IslandGap = 2.5;
+// The same for the triangles of imported scenes.
+constexpr std::size_t MaxPaintedTriangles = 400000;
 
 const std::string* findValue(const PropertyList& properties, const char* name)
 {
@@ -63,6 +67,35 @@ QPointF project(double x, double y, double z)
     // Isometric: x to the lower right, y to the lower left, z up.
     constexpr double Cos30 = 0.8660254037844386;
     return QPointF((x - y) * Cos30, (x + y) * 0.5 - z);
+}
+
+struct Point3
+{
+    double x;
+    double y;
+    double z;
+};
+
+/// A mesh vertex in the view's axes: the scene's y is up, the view's z.
+Point3 toView(const std::array<float, 16>& m, const float* p)
+{
+    const double x = m[0] * p[0] + m[1] * p[1] + m[2] * p[2] + m[3];
+    const double y = m[4] * p[0] + m[5] * p[1] + m[6] * p[2] + m[7];
+    const double z = m[8] * p[0] + m[9] * p[1] + m[10] * p[2] + m[11];
+    return {x, z, y};
+}
+
+/// Light from above and behind the viewer; both faces of a triangle are lit.
+double brightness(const Point3& a, const Point3& b, const Point3& c)
+{
+    const Point3 u{b.x - a.x, b.y - a.y, b.z - a.z};
+    const Point3 v{c.x - a.x, c.y - a.y, c.z - a.z};
+    const Point3 n{u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
+    const double length = std::sqrt(n.x * n.x + n.y * n.y + n.z * n.z);
+    if (length == 0.0)
+        return 0.5;
+    constexpr Point3 light{0.37, 0.56, 0.74};
+    return 0.3 + 0.7 * std::abs((n.x * light.x + n.y * light.y + n.z * light.z) / length);
 }
 
 } // namespace
@@ -105,7 +138,17 @@ QStringList SceneView3D::drawnItemNames() const
     names.reserve(m_tiles.size());
     for (const Tile& tile : m_tiles)
         names << tile.name;
-    return names;
+    return names + m_meshNames;
+}
+
+int SceneView3D::drawnTriangleCount() const
+{
+    return static_cast<int>(m_triangles.size());
+}
+
+int SceneView3D::outlinedTriangleCount() const
+{
+    return m_outlinedCount;
 }
 
 QStringList SceneView3D::drawnPlotLabels() const
@@ -125,6 +168,9 @@ void SceneView3D::refresh()
 {
     m_tiles.clear();
     m_islandSlots.clear();
+    m_triangles.clear();
+    m_meshNames.clear();
+    m_outlinedCount = 0;
     m_drawnCount = 0;
     m_selectedCount = 0;
     m_skippedCount = 0;
@@ -161,7 +207,84 @@ void SceneView3D::refresh()
         tile.x = islandOrigin[island] + (slot % columns) * TileSpacing;
         tile.y = (slot / columns) * TileSpacing;
     }
+    // Back to front.
+    std::stable_sort(m_triangles.begin(), m_triangles.end(),
+                     [](const Triangle& a, const Triangle& b) { return a.depth < b.depth; });
     update();
+}
+
+bool SceneView3D::collectMesh(const DisplayItemInterface& item, bool shown)
+{
+    const auto* mesh = dynamic_cast<const SceneObjectItem*>(&item);
+    if (!mesh || !mesh->triangles())
+        return false;
+    if (!shown)
+        return true;
+    ++m_drawnCount;
+    const bool selected = mesh->isSelected();
+    if (selected)
+        ++m_selectedCount;
+    const QString name = QString::fromStdString(mesh->getDisplayName());
+    m_meshNames << name;
+    const QColor color = QColor::fromHsv(static_cast<int>(qHash(name) % 360), 60, 220);
+    const std::vector<float>& positions = mesh->triangles()->positions;
+    const std::vector<std::uint32_t>& indices = mesh->triangles()->indices;
+    const std::array<float, 16>& toScene = mesh->sceneTransformation();
+    for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
+        if (m_triangles.size() >= MaxPaintedTriangles) {
+            ++m_skippedCount;
+            break;
+        }
+        const Point3 a = toView(toScene, &positions[std::size_t(indices[i]) * 3]);
+        const Point3 b = toView(toScene, &positions[std::size_t(indices[i + 1]) * 3]);
+        const Point3 c = toView(toScene, &positions[std::size_t(indices[i + 2]) * 3]);
+        Triangle triangle;
+        triangle.corners[0] = project(a.x, a.y, a.z);
+        triangle.corners[1] = project(b.x, b.y, b.z);
+        triangle.corners[2] = project(c.x, c.y, c.z);
+        // The view looks along (-1, -1, -1): nearer is larger x + y + z.
+        triangle.depth = (a.x + a.y + a.z + b.x + b.y + b.z + c.x + c.y + c.z) / 3;
+        const double light = brightness(a, b, c);
+        triangle.color = QColor::fromRgbF(color.redF() * light, color.greenF() * light, color.blueF() * light);
+        triangle.selected = selected;
+        m_outlinedCount += selected ? 1 : 0;
+        m_triangles.push_back(triangle);
+    }
+    return true;
+}
+
+QRectF SceneView3D::drawingArea() const
+{
+    return QRectF(rect()).adjusted(16, 40, -16, -16);
+}
+
+double SceneView3D::fitToView(QPainter& painter, const QRectF& bounds) const
+{
+    const QRectF area = drawingArea();
+    const double scale = std::min(area.width() / bounds.width(), area.height() / bounds.height());
+    painter.translate(area.center());
+    painter.scale(scale, scale);
+    painter.translate(-bounds.center());
+    return scale;
+}
+
+void SceneView3D::paintTriangles(QPainter& painter) const
+{
+    QRectF bounds;
+    for (const Triangle& triangle : m_triangles)
+        bounds |= QPolygonF({triangle.corners[0], triangle.corners[1], triangle.corners[2]}).boundingRect();
+    if (bounds.isEmpty())
+        return;
+    painter.save();
+    const double scale = fitToView(painter, bounds);
+    const QPen outline(QColor(0xff, 0x8c, 0x00), 1.5 / scale);
+    for (const Triangle& triangle : m_triangles) {
+        // Filled edges close the hairline gaps between neighbours.
+        painter.setPen(triangle.selected ? outline : QPen(triangle.color, 0.5 / scale));
+        painter.setBrush(triangle.color);
+        painter.drawPolygon(triangle.corners, 3);
+    }
+    painter.restore();
 }
 
 void SceneView3D::collectPlotLabels()
@@ -219,7 +342,7 @@ void SceneView3D::collect(const std::shared_ptr<DisplayItemInterface>& top, bool
         PropertyList display;
         entry.item->getProperties(business, display);
         const auto* labelable = dynamic_cast<const LabelableDisplayItemInterface*>(entry.item.get());
-        if (isDrawable(display, labelable != nullptr)) {
+        if (!collectMesh(*entry.item, shown) && isDrawable(display, labelable != nullptr)) {
             // The slot is taken whether or not the item is shown, so that
             // hiding one item leaves the others where they were.
             const int slot = m_islandSlots[island]++;
@@ -276,13 +399,12 @@ void SceneView3D::paintEvent(QPaintEvent*)
     std::stable_sort(order.begin(), order.end(),
                      [](const Tile* a, const Tile* b) { return a->x + a->y < b->x + b->y; });
 
+    paintTriangles(painter);
+
     if (!bounds.isEmpty()) {
-        const QRectF area = QRectF(rect()).adjusted(16, 40, -16, -16);
-        const double scale = std::min(area.width() / bounds.width(), area.height() / bounds.height());
+        const QRectF area = drawingArea();
         painter.save();
-        painter.translate(area.center());
-        painter.scale(scale, scale);
-        painter.translate(-bounds.center());
+        const double scale = fitToView(painter, bounds);
         const double pixel = 1.0 / scale;
         for (const Tile* tile : qAsConst(order)) {
             const double x0 = tile->x;

@@ -6,6 +6,9 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
+
+class QPainter;
 
 namespace Brennvik {
 
@@ -19,7 +22,9 @@ class VisitedItems;
 /// other items are hidden, so hiding and showing read at a glance. Hidden
 /// items and items below hidden ones are not drawn; selected ones are outlined.
 /// Empty children are left out, and an item that a broken host lists again
-/// (in a cycle or in a second place) is drawn once.
+/// (in a cycle or in a second place) is drawn once. The meshes of an imported
+/// scene are drawn as they are: flat-shaded triangles, back to front, in the
+/// same projection, fitted to the view.
 class SceneView3D : public QWidget
 {
     Q_OBJECT
@@ -44,6 +49,10 @@ public:
     QStringList drawnItemNames() const;
     /// The texts of the plot labels drawn, each at its anchor's place in the view.
     QStringList drawnPlotLabels() const;
+    /// How many triangles of the drawn meshes the last refresh found.
+    int drawnTriangleCount() const;
+    /// How many of them belong to selected meshes (drawn outlined).
+    int outlinedTriangleCount() const;
 
     QSize sizeHint() const override;
 
@@ -71,15 +80,34 @@ private:
         QString text;
     };
 
+    /// One triangle of a mesh, projected; the depth grows towards the viewer.
+    struct Triangle
+    {
+        QPointF corners[3];
+        double depth = 0.0;
+        QColor color;
+        bool selected = false;
+    };
+
     void collect(const std::shared_ptr<DisplayItemInterface>& item, bool shown, int island, int depth,
                  VisitedItems& visited);
     void collectPlotLabels();
+    /// Takes the triangles of \a item when it is a mesh of an imported scene; false when it is none.
+    bool collectMesh(const DisplayItemInterface& item, bool shown);
+    void paintTriangles(QPainter& painter) const;
+    /// The part of the view that drawings are fitted into, below the caption.
+    QRectF drawingArea() const;
+    /// Maps \a bounds onto the middle of the drawing area, as large as it fits; the scale.
+    double fitToView(QPainter& painter, const QRectF& bounds) const;
 
     std::shared_ptr<ViewModelInterface> m_viewModel;
     QString m_caption;
     QVector<Tile> m_tiles;
     QVector<int> m_islandSlots;
     QVector<PlotLabel> m_plotLabels;
+    std::vector<Triangle> m_triangles;
+    QStringList m_meshNames;
+    int m_outlinedCount = 0;
     int m_drawnCount = 0;
     int m_selectedCount = 0;
     int m_skippedCount = 0;

@@ -1,5 +1,6 @@
 #include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
+#include "SceneFile.h"
 #include "StartupProgress.h"
 #include "ReferenceMainWindow.h"
 
@@ -213,7 +214,18 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "brennvik-referenceapp: --model and --generate exclude each other\n");
         return 2;
     }
-    if (parser.isSet(modelOption)) {
+    if (parser.isSet(options.scene) && (parser.isSet(modelOption) || parser.isSet(generateOption))) {
+        std::fprintf(stderr, "brennvik-referenceapp: --scene excludes --model and --generate\n");
+        return 2;
+    }
+    if (parser.isSet(options.scene)) {
+        QString error;
+        viewModel = Brennvik::importSceneFile(nativeFileName(parser, options.scene, rawValues), &error);
+        if (!viewModel) {
+            std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(error));
+            return 1;
+        }
+    } else if (parser.isSet(modelOption)) {
         Brennvik::ModelFileError error;
         viewModel = Brennvik::ModelFile::load(nativeFileName(parser, modelOption, rawValues), &error);
         if (!viewModel) {

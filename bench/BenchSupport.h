@@ -152,4 +152,12 @@ std::size_t countRows(QTreeWidget* tree);
 /// A shown bare tree of the dialog's size.
 std::unique_ptr<QTreeWidget> makeFloorTreeWidget();
 
+/// Times DisplayModelDialog::setViewModel of \a model on a shown dialog,
+/// reported as a case of \a n items.
+void measureTreeBuild(benchmark::State& state, const std::shared_ptr<SceneViewModel>& model, long n);
+/// Times filling a bare tree with \a fill from \a model's root, the floor
+/// of measureTreeBuild.
+void measureFloorTreeBuild(benchmark::State& state, const std::shared_ptr<SceneViewModel>& model, long n,
+                           FloorFill fill);
+
 } // namespace Brennvik::Bench

@@ -28,6 +28,9 @@ void registerSubtreeInvisible(const Config& config);
 void registerChildren(const Config& config);
 void registerClone(const Config& config);
 void registerListing2D(const Config& config);
+#ifdef BRENNVIK_WITH_SCENE_IMPORT
+void registerScene(const Config& config);
+#endif
 } // namespace Brennvik::Bench
 
 namespace {
@@ -93,6 +96,9 @@ int main(int argc, char** argv)
     Brennvik::Bench::registerChildren(config);
     Brennvik::Bench::registerClone(config);
     Brennvik::Bench::registerListing2D(config);
+#ifdef BRENNVIK_WITH_SCENE_IMPORT
+    Brennvik::Bench::registerScene(config);
+#endif
 
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -16,11 +16,8 @@
 
 namespace Brennvik::Bench {
 
-namespace {
-
-void treeBuildLibrary(benchmark::State& state, long n)
+void measureTreeBuild(benchmark::State& state, const std::shared_ptr<SceneViewModel>& model, long n)
 {
-    const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
     Recorder recorder;
     for (auto _ : state) {
         auto dialog = std::make_unique<DisplayModelDialog>(nullptr);
@@ -41,9 +38,9 @@ void treeBuildLibrary(benchmark::State& state, long n)
     recorder.finish(state, n);
 }
 
-void treeBuildFloor(benchmark::State& state, long n, FloorFill fill)
+void measureFloorTreeBuild(benchmark::State& state, const std::shared_ptr<SceneViewModel>& model, long n,
+                           FloorFill fill)
 {
-    const std::shared_ptr<SceneViewModel> model = syntheticModel(static_cast<std::size_t>(n));
     const std::shared_ptr<DisplayItemInterface> root = model->getDisplayModel()->getRootDisplayItem();
     rowIcons();
     Recorder recorder;
@@ -64,16 +61,18 @@ void treeBuildFloor(benchmark::State& state, long n, FloorFill fill)
     recorder.finish(state, n);
 }
 
-} // namespace
-
 void registerTreeBuild(const Config& config)
 {
     for (long n : config.sizes) {
-        registerCase("TreeBuild", "Library", n, [n](benchmark::State& state) { treeBuildLibrary(state, n); });
-        registerCase("TreeBuild", "Floor", n,
-                     [n](benchmark::State& state) { treeBuildFloor(state, n, &buildFloorTree); });
-        registerCase("TreeBuild", "FloorSameRows", n,
-                     [n](benchmark::State& state) { treeBuildFloor(state, n, &fillSameRowsFloorTree); });
+        const auto model = [n]() { return syntheticModel(static_cast<std::size_t>(n)); };
+        registerCase("TreeBuild", "Library", n,
+                     [n, model](benchmark::State& state) { measureTreeBuild(state, model(), n); });
+        registerCase("TreeBuild", "Floor", n, [n, model](benchmark::State& state) {
+            measureFloorTreeBuild(state, model(), n, &buildFloorTree);
+        });
+        registerCase("TreeBuild", "FloorSameRows", n, [n, model](benchmark::State& state) {
+            measureFloorTreeBuild(state, model(), n, &fillSameRowsFloorTree);
+        });
     }
 }
 

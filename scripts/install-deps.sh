@@ -12,6 +12,7 @@ packages=(
   libbenchmark-dev python3
   xvfb xauth
   fonts-dejavu-core clang-format valgrind
+  libassimp-dev assimp-testmodels
   "$@"
 )
 

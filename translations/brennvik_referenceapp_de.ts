@@ -17,7 +17,7 @@
 <context>
     <name>Brennvik::ReferenceMainWindow</name>
     <message>
-        <location filename="../app/ReferenceMainWindow.cpp" line="+104"/>
+        <location filename="../app/ReferenceMainWindow.cpp" line="+52"/>
         <source>Brennvik reference host</source>
         <translation>Brennvik-Referenzanwendung</translation>
     </message>
@@ -27,12 +27,27 @@
         <translation>Anzeigeelemente</translation>
     </message>
     <message>
-        <location line="+67"/>
+        <location line="+93"/>
+        <source>Brennvik reference host - %1</source>
+        <translation>Brennvik-Referenzanwendung - %1</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Open a 3D scene</source>
+        <translation>3D-Szene öffnen</translation>
+    </message>
+    <message>
+        <location line="+57"/>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
     </message>
     <message>
-        <location line="+2"/>
+        <location line="+4"/>
+        <source>&amp;Open...</source>
+        <translation>Ö&amp;ffnen...</translation>
+    </message>
+    <message>
+        <location line="+3"/>
         <source>&amp;Quit</source>
         <translation>&amp;Beenden</translation>
     </message>
@@ -125,7 +140,7 @@
 <context>
     <name>Brennvik::SceneView3D</name>
     <message numerus="yes">
-        <location filename="../app/SceneView3D.cpp" line="+364"/>
+        <location filename="../app/SceneView3D.cpp" line="+486"/>
         <source>%1 - %n item(s) drawn</source>
         <translation>
             <numerusform>%1 - %n Element gezeichnet</numerusform>
@@ -190,9 +205,24 @@
 <context>
     <name>main</name>
     <message>
-        <location filename="../app/main.cpp" line="+239"/>
+        <location filename="../app/main.cpp" line="+251"/>
         <source>Generating %1 display items...</source>
         <translation>%1 Anzeigeelemente werden erzeugt...</translation>
+    </message>
+    <message>
+        <location filename="../app/SceneFile.cpp" line="+28"/>
+        <source>Importing %1...</source>
+        <translation>%1 wird importiert...</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>3D scenes (%1)</source>
+        <translation>3D-Szenen (%1)</translation>
     </message>
 </context>
 </TS>

@@ -31,6 +31,8 @@ set(BRENNVIK_REFERENCEHOST_MODEL_SOURCES
     model/GeometryModuleItem.cpp
     model/LabelableItem.h
     model/LabelableItem.cpp
+    model/SceneObjectItem.h
+    model/SceneObjectItem.cpp
     model/DisplayItemCloneMap.h
     model/DisplayItemCloneMap.cpp
     model/CloneDefect.h

@@ -11,6 +11,7 @@
 #include <referencehost/model/ProcessStepProvider.h>
 #include <referencehost/model/SceneContext.h>
 #include <referencehost/model/SceneDisplayModel.h>
+#include <referencehost/model/SceneObjectItem.h>
 #include <referencehost/model/SceneViewModel.h>
 #include <referencehost/model/ShellItem.h>
 #include <referencehost/model/ToolKeyLookup.h>
@@ -259,6 +260,8 @@ QJsonValue ModelFileWriter::itemValue(const DisplayItem& item) const
     const QString name = itemName(item);
     QJsonObject object;
     const std::string kind = item.typeName();
+    // The objects of an imported scene keep all they say in their properties.
+    const bool writtenAsPlain = kind == "DisplayItem" || dynamic_cast<const SceneObjectItem*>(&item) != nullptr;
     if (kind == "ShellItem" && dynamic_cast<const ShellItem*>(&item)) {
         const auto& shell = dynamic_cast<const ShellItem&>(item);
         object.insert(
@@ -282,13 +285,13 @@ QJsonValue ModelFileWriter::itemValue(const DisplayItem& item) const
             ids.append(referenceValue(geometryItem));
         if (!ids.isEmpty())
             object.insert(QStringLiteral("geometryItems"), ids);
-    } else if (kind != "DisplayItem") {
+    } else if (!writtenAsPlain) {
         fail(QStringLiteral("the item %1 is of a type this host does not know (%2)")
                  .arg(name, QString::fromStdString(kind)));
     }
     // Fields at their default value are left out: files stay small and show
     // what is special about an item.
-    if (kind != "DisplayItem")
+    if (!writtenAsPlain)
         object.insert(QStringLiteral("kind"), QString::fromStdString(kind));
 
     const DisplayItemInterface* self = &item;

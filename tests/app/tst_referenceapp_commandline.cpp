@@ -126,6 +126,9 @@ private slots:
     void screenshotDoesNotReplaceASpecialFile();
     void fileNamesThatAreNotText_data();
     void fileNamesThatAreNotText();
+    void sceneIsShownAndSaved();
+    void refusedSceneExitsWithStatusOne_data();
+    void refusedSceneExitsWithStatusOne();
 };
 
 void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
@@ -157,6 +160,10 @@ void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo_data()
     QTest::newRow("unknown language") << QStringList{"--lang", "xx"} << "unknown language 'xx'";
     QTest::newRow("model and generated model")
         << QStringList{"--model", "a.json", "--generate", "5"} << "exclude each other";
+    QTest::newRow("scene and model") << QStringList{"--scene", "a.obj", "--model", "a.json"}
+                                     << "--scene excludes --model and --generate";
+    QTest::newRow("scene and generated model")
+        << QStringList{"--scene", "a.obj", "--generate", "5"} << "--scene excludes --model and --generate";
 }
 
 void tst_ReferenceAppCommandLine::usageErrorExitsWithStatusTwo()
@@ -416,6 +423,70 @@ void tst_ReferenceAppCommandLine::fileNamesThatAreNotText()
     const QList<QByteArray> files{"copy-\xff.json", "first.png", "shot-\xff.png", "source-\xff.json", "written.json"};
     QCOMPARE(Test::rawEntryNames(folder), files);
 #endif
+}
+
+void tst_ReferenceAppCommandLine::sceneIsShownAndSaved()
+{
+#ifndef BRENNVIK_WITH_SCENE_IMPORT
+    QSKIP("built without scene import");
+#endif
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString scene = dir.filePath(QStringLiteral("bracket.obj"));
+    QFile file(scene);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("o Bracket\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    file.close();
+    const QString saved = dir.filePath(QStringLiteral("bracket.json"));
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+
+    const Run result = runApp({QStringLiteral("--scene"), scene, QStringLiteral("--save-model"), saved,
+                               QStringLiteral("--screenshot"), shot});
+    QVERIFY2(result.finished, qPrintable(result.errors));
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(ownMessages(result).isEmpty());
+    QVERIFY(!QImage(shot).isNull());
+    const QByteArray json = readAll(saved);
+    QVERIFY2(json.contains("\"name\": \"Bracket\""), json.constData());
+    QVERIFY(json.contains("\"primitive types\""));
+}
+
+void tst_ReferenceAppCommandLine::refusedSceneExitsWithStatusOne_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("missing") << "missing.gltf" << QByteArray() << "cannot open the file";
+    QTest::newRow("not a scene") << "broken.gltf" << QByteArray("{\"asset\": ") << "cannot import the scene: ";
+}
+
+void tst_ReferenceAppCommandLine::refusedSceneExitsWithStatusOne()
+{
+#ifndef BRENNVIK_WITH_SCENE_IMPORT
+    QSKIP("built without scene import");
+#endif
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(file);
+    if (!content.isEmpty()) {
+        QFile scene(path);
+        QVERIFY(scene.open(QIODevice::WriteOnly));
+        scene.write(content);
+    }
+    const QString shot = dir.filePath(QStringLiteral("shot.png"));
+
+    const Run result = runApp({QStringLiteral("--scene"), path, QStringLiteral("--screenshot"), shot});
+    QVERIFY2(result.finished, qPrintable(result.errors));
+    QCOMPARE(result.exitCode, 1);
+    const QStringList ours = ownMessages(result);
+    QCOMPARE(ours.size(), 1);
+    QVERIFY2(ours.first().startsWith(QStringLiteral("brennvik-referenceapp: ") + path + QStringLiteral(": ") + reason),
+             qPrintable(ours.first()));
+    QVERIFY(!QFile::exists(shot));
 }
 
 QTEST_MAIN(tst_ReferenceAppCommandLine)
