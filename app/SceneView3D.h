@@ -20,6 +20,10 @@ class VisitedItems;
 /// items and items below hidden ones are not drawn; selected ones are outlined.
 /// Empty children are left out, and an item that a broken host lists again
 /// (in a cycle or in a second place) is drawn once.
+/// The colour of a tile whose item names none: steady for a name, and the
+/// same whichever Qt the application is built with.
+QColor fallbackTileColor(const QString& name);
+
 class SceneView3D : public QWidget
 {
     Q_OBJECT
