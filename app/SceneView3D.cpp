@@ -59,7 +59,7 @@ QColor colorOf(const PropertyList& displayProperties, const QString& name)
             return color;
     }
     // Items without a colour of their own still get a steady one.
-    return QColor::fromHsv(static_cast<int>(qHash(name) % 360), 70, 210);
+    return fallbackTileColor(name);
 }
 
 QPointF project(double x, double y, double z)
@@ -99,6 +99,16 @@ double brightness(const Point3& a, const Point3& b, const Point3& c)
 }
 
 } // namespace
+
+QColor fallbackTileColor(const QString& name)
+{
+    // Not qHash, which Qt 6 computes otherwise than Qt 5: this is Qt 5's
+    // unseeded string hash, so the colours stay those of the pictures.
+    quint32 hash = 0;
+    for (const QChar c : name)
+        hash = 31 * hash + c.unicode();
+    return QColor::fromHsv(static_cast<int>(hash % 360), 70, 210);
+}
 
 SceneView3D::SceneView3D(QWidget* parent)
     : QWidget(parent)

@@ -16,6 +16,10 @@ class DisplayItemInterface;
 class ViewModelInterface;
 class VisitedItems;
 
+/// The colour of a tile whose item names none: steady for a name, and the
+/// same whichever Qt the application is built with.
+QColor fallbackTileColor(const QString& name);
+
 /// The 3D draw area of the reference application: an isometric sketch of the
 /// display model of one view model. Every drawable item (one with a colour or
 /// a surface render mode, or a label) is a tile; tiles keep their place when

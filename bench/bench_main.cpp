@@ -81,6 +81,8 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
 
     benchmark::Initialize(&argc, argv);
+    // The results of the two Qt builds sit side by side: each says which it is.
+    benchmark::AddCustomContext("qt_version", qVersion());
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
 

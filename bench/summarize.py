@@ -169,7 +169,7 @@ def summarize(context, order, cells):
                 "within_n_log_n": library_exponent is not None and library_exponent <= n_log_n_exponent(n1, n2),
             })
     # Not "library_build_type": that is the benchmark framework's own build, not the code measured.
-    keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg")
+    keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg", "qt_version")
     return {"context": {k: context[k] for k in keys if k in context}, "results": results, "growth": growth}
 
 
@@ -256,8 +256,9 @@ def markdown(summary):
     lines = ["# Benchmark results", ""]
     if ctx:
         load = ", ".join(f"{x:.2f}" for x in ctx.get("load_avg", []))
+        qt = f" with Qt {ctx['qt_version']}" if "qt_version" in ctx else ""
         lines.append(f"Run {ctx.get('date', '?')} on {ctx.get('num_cpus', '?')} CPUs at "
-                     f"{ctx.get('mhz_per_cpu', '?')} MHz, load average {load or '?'}.")
+                     f"{ctx.get('mhz_per_cpu', '?')} MHz{qt}, load average {load or '?'}.")
         lines.append("")
     lines += time_table(summary)
     lines.append("")

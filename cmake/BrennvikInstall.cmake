@@ -1,18 +1,33 @@
 # Installs the library, the host contract and the reference host with their
 # headers and a CMake package, so that a host finds them with
-#   find_package(BrennvikDebugMenu REQUIRED)
+#   find_package(BrennvikDebugMenu REQUIRED)      # BrennvikDebugMenuQt6 for the Qt 6 build
 #   target_link_libraries(app PRIVATE Brennvik::DebugMenuContent)
 # and, unless BRENNVIK_INSTALL_CONFORMANCE_KIT is off, the conformance kit a
 # host links into a test program of its own (Brennvik::ConformanceKit).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(BRENNVIK_INSTALL_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/brennvik)
-set(BRENNVIK_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/BrennvikDebugMenu)
+# The targets' install interfaces name the same folder.
+set(BRENNVIK_INSTALL_INCLUDEDIR ${BRENNVIK_INSTALL_INCLUDE_PREFIX})
+set(BRENNVIK_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/${BRENNVIK_PACKAGE_NAME})
+# The package of the other Qt major, named when a consumer on that major finds this one.
+if(BRENNVIK_QT_MAJOR STREQUAL "5")
+    set(BRENNVIK_OTHER_QT_MAJOR 6)
+    set(BRENNVIK_OTHER_PACKAGE_NAME BrennvikDebugMenuQt6)
+else()
+    set(BRENNVIK_OTHER_QT_MAJOR 5)
+    set(BRENNVIK_OTHER_PACKAGE_NAME BrennvikDebugMenu)
+endif()
 
 set_target_properties(brennvik_hostcontract PROPERTIES EXPORT_NAME HostContract)
 set_target_properties(brennvik_referencehost PROPERTIES EXPORT_NAME ReferenceHost)
 set_target_properties(brennvik_debugmenucontent PROPERTIES EXPORT_NAME DebugMenuContent)
+# The Qt 6 build's libraries carry the major in their names, as Qt's do.
+foreach(target brennvik_referencehost brennvik_debugmenucontent brennvik_conformancekit)
+    if(TARGET ${target})
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME ${target}${BRENNVIK_NAME_SUFFIX})
+    endif()
+endforeach()
 
 install(TARGETS brennvik_hostcontract brennvik_referencehost brennvik_debugmenucontent
     EXPORT BrennvikDebugMenuTargets
@@ -50,14 +65,14 @@ install(EXPORT BrennvikDebugMenuTargets
     DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/BrennvikDebugMenuConfig.cmake.in
-    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfig.cmake
+    ${PROJECT_BINARY_DIR}/${BRENNVIK_PACKAGE_NAME}Config.cmake
     INSTALL_DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
 write_basic_package_version_file(
-    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
+    ${PROJECT_BINARY_DIR}/${BRENNVIK_PACKAGE_NAME}ConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
 install(FILES
-    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfig.cmake
-    ${PROJECT_BINARY_DIR}/BrennvikDebugMenuConfigVersion.cmake
+    ${PROJECT_BINARY_DIR}/${BRENNVIK_PACKAGE_NAME}Config.cmake
+    ${PROJECT_BINARY_DIR}/${BRENNVIK_PACKAGE_NAME}ConfigVersion.cmake
     DESTINATION ${BRENNVIK_INSTALL_CMAKEDIR})
 
 # The conformance kit a host links into a test program of its own. It has an

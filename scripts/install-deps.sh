@@ -8,6 +8,8 @@ packages=(
   build-essential cmake ninja-build pkg-config
   qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools
   libqt5svg5-dev libqt5svg5
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 qt6-qpa-plugins
+  qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
   libboost-dev
   libbenchmark-dev python3
   xvfb xauth

@@ -4,19 +4,31 @@
 # Qt's offscreen platform and, unless told otherwise, writes a screenshot.
 #   scripts/run-app.sh
 #   scripts/run-app.sh --screenshot shot.png
+#   scripts/run-app.sh --qt6 ...      the application built on Qt 6 (build-qt6/,
+#                                     screenshot-qt6.png); BRENNVIK_QT_MAJOR=6 does the same
 set -euo pipefail
+
+args=()
+for arg in "$@"; do
+  if [ "$arg" = --qt6 ]; then
+    export BRENNVIK_QT_MAJOR=6
+  else
+    args+=("$arg")
+  fi
+done
 
 source "$(dirname "${BASH_SOURCE[0]}")/prepare-build.sh"
 cmake --build "$build" --parallel "$jobs" --target brennvik-referenceapp
 
-args=("$@")
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
   export QT_QPA_PLATFORM=offscreen
   case " ${args[*]-} " in
     *" --screenshot "*|*" --help "*|*" -h "*) ;;
-    *) args+=(--screenshot "$root/screenshot.png")
-       echo "run-app: no display; writing a screenshot to screenshot.png" ;;
+    *) shot=screenshot.png
+       if [ "$qt_major" = 6 ]; then shot=screenshot-qt6.png; fi
+       args+=(--screenshot "$root/$shot")
+       echo "run-app: no display; writing a screenshot to $shot" ;;
   esac
 fi
 
-exec "$build/app/brennvik-referenceapp" "${args[@]}"
+exec "$build/app/brennvik-referenceapp" ${args[@]+"${args[@]}"}

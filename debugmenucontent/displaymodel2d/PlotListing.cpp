@@ -20,6 +20,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <set>
 
@@ -39,10 +40,16 @@ bool aboveOrLeftOf(const Point& a, const Point& b)
     return a.y() < b.y() || (a.y() == b.y() && a.x() < b.x());
 }
 
-// qRound rounds halves upwards: -7.5 gives -7.
+// Halves round upwards, -7.5 to -7, as Qt 5's qRound does; Qt 6's rounds
+// them away from zero.
+int roundHalfUp(float value)
+{
+    return int(std::floor(value + 0.5f));
+}
+
 QPoint toDevicePixels(const QPoint& logical, float pixelRatio)
 {
-    return QPoint(qRound(float(logical.x()) * pixelRatio), qRound(float(logical.y()) * pixelRatio));
+    return QPoint(roundHalfUp(float(logical.x()) * pixelRatio), roundHalfUp(float(logical.y()) * pixelRatio));
 }
 
 std::string positionText(const char* what, int x, int y)

@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
+#include <QVariant>
 #include <QVector>
 
 namespace Brennvik {
@@ -53,10 +54,21 @@ bool isFresh(const QTreeWidgetItem& row, const QTreeWidgetItem& templ)
         && row.childIndicatorPolicy() == templ.childIndicatorPolicy();
 }
 
+// Whether \a row shows \a icon in column 0 already: the same icon data.
+bool showsIcon(const QTreeWidgetItem& row, const QIcon& icon)
+{
+    const QVariant shown = row.data(NameColumn, Qt::DecorationRole);
+    return shown.userType() == QMetaType::QIcon && shown.value<QIcon>().cacheKey() == icon.cacheKey();
+}
+
 } // namespace
 
 void showRowIcon(QTreeWidgetItem& row, const QIcon& icon)
 {
+    // Nothing changes, and nothing is announced, as Qt 5's setIcon does; Qt
+    // 6's finds no icon equal to another and would announce a change.
+    if (showsIcon(row, icon))
+        return;
     const QTreeWidgetItem& templ = templateRow(icon);
     QTreeWidget* tree = row.treeWidget();
     // Asking a sorting tree for an index runs a sort that Qt's own setIcon

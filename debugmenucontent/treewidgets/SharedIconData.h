@@ -5,8 +5,9 @@ class QTreeWidgetItem;
 
 namespace Brennvik {
 
-/// Shows \a icon in column 0 of \a row as QTreeWidgetItem::setIcon does, with
-/// the same signals, but lets a freshly built row share Qt's data for it.
+/// Shows \a icon in column 0 of \a row as QTreeWidgetItem::setIcon does on
+/// Qt 5, with the same signals (none when the row shows it already), but lets
+/// a freshly built row share Qt's data for it.
 ///
 /// Qt keeps an item's icon in two vectors of its own per row. A row that holds
 /// nothing but one of the few shared row icons can use the vectors of a

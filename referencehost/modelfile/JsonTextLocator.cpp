@@ -70,7 +70,7 @@ JsonTextLocator::Position JsonTextLocator::valuePosition(const JsonPath& path) c
 
 JsonTextLocator::Position JsonTextLocator::position(int offset) const
 {
-    const int end = std::min(std::max(offset, 0), m_text.size());
+    const int end = std::min(std::max(offset, 0), int(m_text.size()));
     Position result;
     int lineStart = m_text.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     for (int i = lineStart; i < end; ++i) {

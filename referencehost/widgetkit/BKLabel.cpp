@@ -167,7 +167,7 @@ void BKLabel::customEvent(QEvent* event)
     QLabel::customEvent(event);
 }
 
-void BKLabel::enterEvent(QEvent* event)
+void BKLabel::enterEvent(BKEnterEvent* event)
 {
     // QLabel::setText does not tell the label's subclass: the text may have
     // changed since the last check.

@@ -251,14 +251,14 @@ void tst_ReferenceApp::cloneModeWithADefectMarksTheRow()
     QVERIFY(cloned);
     QTreeWidgetItem* clonedRow = findRow(cloned, QStringLiteral("Trim lines"));
     QVERIFY(clonedRow);
-    QCOMPARE(clonedRow->font(0).weight(), 75);
+    QCOMPARE(int(clonedRow->font(0).weight()), int(QFont::Bold));
     QTreeWidgetItem* extra = findRow(cloned, QStringLiteral("Unexpected child"));
     QVERIFY(extra);
-    QCOMPARE(extra->font(0).weight(), 75);
+    QCOMPARE(int(extra->font(0).weight()), int(QFont::Bold));
     // The original's row stays as it was, and so does a faithful neighbour.
     auto* original = dialog->findChild<DisplayItemTreeWidget*>(QStringLiteral("m_displayItemTreeWidget"));
-    QCOMPARE(findRow(original, QStringLiteral("Trim lines"))->font(0).weight(), QFont().weight());
-    QCOMPARE(findRow(cloned, QStringLiteral("Drawbeads"))->font(0).weight(), QFont().weight());
+    QCOMPARE(int(findRow(original, QStringLiteral("Trim lines"))->font(0).weight()), int(QFont().weight()));
+    QCOMPARE(int(findRow(cloned, QStringLiteral("Drawbeads"))->font(0).weight()), int(QFont().weight()));
 }
 
 void tst_ReferenceApp::showCloneIn3dDrawsTheClone()

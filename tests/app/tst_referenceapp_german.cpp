@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QToolButton>
 #include <QTranslator>
 #include <QTreeWidget>
 #include <QtTest>
@@ -56,6 +57,18 @@ bool staysEnglish(const QString& text, QString* reason)
     return false;
 }
 
+// The menu bar's overflow menu repeats menus of the bar, whose titles are
+// collected already; how many overflow depends on the font's widths.
+bool isOverflowMenu(const QWidget* window, const QMenu* menu)
+{
+    for (const QMenuBar* bar : window->findChildren<QMenuBar*>()) {
+        const auto* more = bar->findChild<QToolButton*>(QStringLiteral("qt_menubar_ext_button"));
+        if (more && more->menu() == menu)
+            return true;
+    }
+    return false;
+}
+
 // Every text a user reads in \a window, keyed by where it is: window titles,
 // labels, buttons, group boxes, tree headers, combo box entries, menus and
 // their entries, and the status bar. Rows of trees and lists hold the host's
@@ -84,7 +97,7 @@ void collectTexts(QWidget* window, const QString& prefix, QMap<QString, QString>
         if (auto* combo = qobject_cast<QComboBox*>(widget))
             for (int entry = 0; entry < combo->count(); ++entry)
                 texts.insert(key + QStringLiteral("/entry%1").arg(entry), combo->itemText(entry));
-        if (auto* menu = qobject_cast<QMenu*>(widget)) {
+        if (auto* menu = qobject_cast<QMenu*>(widget); menu && !isOverflowMenu(window, menu)) {
             texts.insert(key + QStringLiteral("/title"), menu->title());
             const QList<QAction*> actions = menu->actions();
             for (int a = 0; a < actions.size(); ++a) {

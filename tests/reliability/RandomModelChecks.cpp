@@ -45,8 +45,8 @@ QString checkRow(QTreeWidgetItem* actual, ExpectedRow* expected, const QString& 
                 + QStringLiteral(": item index %1, expected %2").arg(itemRow->getItemIndex()).arg(expected->itemIndex);
         if (itemRow->isDifferentVisibility() != expected->different)
             return where + QStringLiteral(": different-visibility mark %1").arg(itemRow->isDifferentVisibility());
-        if ((actual->font(0).weight() == 75) != expected->bold)
-            return where + QStringLiteral(": bold %1").arg(actual->font(0).weight() == 75);
+        if ((actual->font(0).weight() == QFont::Bold) != expected->bold)
+            return where + QStringLiteral(": bold %1").arg(actual->font(0).weight() == QFont::Bold);
         if (!actual->text(1).isEmpty())
             return where + QStringLiteral(": column 1 shows %1").arg(actual->text(1));
     }

@@ -68,7 +68,7 @@ bool anyMarked(QTreeWidgetItem* top)
 {
     for (QTreeWidgetItem* row = top; row; row = row->childCount() > 0 ? row->child(0) : nullptr) {
         auto* itemRow = dynamic_cast<DisplayItemTreeWidgetItem*>(row);
-        if (row->font(0).weight() == 75 || (itemRow && itemRow->isDifferentVisibility()))
+        if (row->font(0).weight() == QFont::Bold || (itemRow && itemRow->isDifferentVisibility()))
             return true;
     }
     return false;

@@ -297,7 +297,9 @@ void tst_DisplayItemTreeWidgetItemData::changeSignals_data()
                                       << QStringList{QStringLiteral("item row 1"),
                                                      QStringLiteral("data row 1-1 [0,2]")};
     QTest::newRow("other icon") << "icon" << QStringList{itemChanged, iconChange};
-    QTest::newRow("same icon") << "same icon" << QStringList{};
+    // Qt's own setIcon, which the row leaves alone: Qt 6's QVariant finds no icon equal to another.
+    QTest::newRow("same icon") << "same icon"
+                               << (QT_VERSION_MAJOR >= 6 ? QStringList{itemChanged, iconChange} : QStringList{});
     QTest::newRow("user data") << "user" << QStringList{itemChanged, QStringLiteral("data row 0-0 [256]")};
     QTest::newRow("flags") << "flags" << QStringList{itemChanged, QStringLiteral("data row 0-0 []")};
     QTest::newRow("tool tip") << "tooltip" << QStringList{itemChanged, QStringLiteral("data row 0-0 [3]")};
