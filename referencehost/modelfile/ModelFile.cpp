@@ -72,7 +72,7 @@ QString openRegularFile(QFile& file, const QByteArray& nativePath)
 
 /// Reads the file named \a nativePath; \a name stands for it in messages.
 std::shared_ptr<SceneViewModel> loadFile(const QByteArray& nativePath, const QString& name, ModelFileError* error,
-                                         const ModelFileLimits& limits)
+                                         const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
     QFile file;
     const QString reason = openRegularFile(file, nativePath);
@@ -84,7 +84,7 @@ std::shared_ptr<SceneViewModel> loadFile(const QByteArray& nativePath, const QSt
     const QByteArray text = file.read(limits.maxFileSize + 1);
     if (file.error() != QFileDevice::NoError)
         return failWith(error, name, QStringLiteral("cannot read the file: %1").arg(file.errorString()));
-    return ModelFile::loadFromData(text, name, error, limits);
+    return ModelFile::loadFromData(text, name, error, limits, progress);
 }
 
 /// Writes \a viewModel to the file named \a nativePath; \a name stands for
@@ -110,21 +110,23 @@ bool saveFile(const SceneViewModel& viewModel, const QByteArray& nativePath, con
 } // namespace
 
 std::shared_ptr<SceneViewModel> ModelFile::load(const QString& path, ModelFileError* error,
-                                                const ModelFileLimits& limits)
+                                                const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
-    return loadFile(QFile::encodeName(path), path, error, limits);
+    return loadFile(QFile::encodeName(path), path, error, limits, progress);
 }
 
 std::shared_ptr<SceneViewModel> ModelFile::load(const QByteArray& nativePath, ModelFileError* error,
-                                                const ModelFileLimits& limits)
+                                                const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
-    return loadFile(nativePath, QFile::decodeName(nativePath), error, limits);
+    return loadFile(nativePath, QFile::decodeName(nativePath), error, limits, progress);
 }
 
 std::shared_ptr<SceneViewModel> ModelFile::loadFromData(const QByteArray& json, const QString& name,
-                                                        ModelFileError* error, const ModelFileLimits& limits)
+                                                        ModelFileError* error, const ModelFileLimits& limits,
+                                                        const ModelFileProgress& progress)
 {
     ModelFileReader reader(json, name, limits);
+    reader.setProgress(progress);
     return reader.read(error);
 }
 
