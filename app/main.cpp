@@ -1,5 +1,6 @@
 #include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
+#include "ModelFileLoading.h"
 #include "StartupProgress.h"
 #include "ReferenceMainWindow.h"
 
@@ -215,7 +216,7 @@ int main(int argc, char* argv[])
     }
     if (parser.isSet(modelOption)) {
         Brennvik::ModelFileError error;
-        viewModel = Brennvik::ModelFile::load(nativeFileName(parser, modelOption, rawValues), &error);
+        viewModel = Brennvik::loadModelFileShowingProgress(nativeFileName(parser, modelOption, rawValues), &error);
         if (!viewModel) {
             std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(error.toString()));
             return 1;

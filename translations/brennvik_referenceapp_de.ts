@@ -188,9 +188,17 @@
     </message>
 </context>
 <context>
+    <name>ModelFileLoading</name>
+    <message>
+        <location filename="../app/ModelFileLoading.cpp" line="+17"/>
+        <source>Loading %1...</source>
+        <translation>%1 wird geladen...</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
-        <location filename="../app/main.cpp" line="+239"/>
+        <location filename="../app/main.cpp" line="+240"/>
         <source>Generating %1 display items...</source>
         <translation>%1 Anzeigeelemente werden erzeugt...</translation>
     </message>
