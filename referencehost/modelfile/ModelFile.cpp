@@ -81,10 +81,17 @@ std::shared_ptr<SceneViewModel> loadFile(const QByteArray& nativePath, const QSt
     // Checked before reading so that a huge file is not pulled into memory.
     if (file.size() > limits.maxFileSize)
         return failWith(error, name, QStringLiteral("the file is larger than %1 bytes").arg(limits.maxFileSize));
+    // Reading a large file takes a while of its own: the load begins here.
+    if (progress)
+        progress(0, LoadProgress::Total);
     const QByteArray text = file.read(limits.maxFileSize + 1);
     if (file.error() != QFileDevice::NoError)
         return failWith(error, name, QStringLiteral("cannot read the file: %1").arg(file.errorString()));
-    return ModelFile::loadFromData(text, name, error, limits, progress);
+    const ModelFileProgress afterTheStart = [&progress](std::size_t done, std::size_t total) {
+        if (progress && done > 0)
+            progress(done, total);
+    };
+    return ModelFile::loadFromData(text, name, error, limits, afterTheStart);
 }
 
 /// Writes \a viewModel to the file named \a nativePath; \a name stands for

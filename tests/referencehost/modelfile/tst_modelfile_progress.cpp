@@ -110,6 +110,7 @@ void tst_ModelFileProgress::reportsOfALoadFromAFile()
     QVERIFY2(model, qPrintable(error.toString()));
     const QString wrong = checkReports(reports, true);
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QCOMPARE(reports.front().first, std::size_t(0));
 
     // A file that cannot be read is never begun.
     reports.clear();
