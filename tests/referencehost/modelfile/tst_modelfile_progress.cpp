@@ -64,9 +64,9 @@ void tst_ModelFileProgress::reportsOfALoad_data()
     QTest::addColumn<bool>("loaded");
 
     const QByteArray sample = ModelFile::toJson(*buildSampleViewModel());
-    const QByteArray generated = generatedModelFile(20000);
+    const QByteArray generated = generatedModelFile(8000);
     QTest::newRow("sample model") << sample << true;
-    QTest::newRow("20,000 generated items") << generated << true;
+    QTest::newRow("8,000 generated items") << generated << true;
     QTest::newRow("one item") << kHeader + "\"displayModel\": {\"root\": {\"name\": \"r\"}}}" << true;
     QTest::newRow("no items") << kHeader + "\"displayModel\": {}}" << true;
 
@@ -123,8 +123,8 @@ void tst_ModelFileProgress::reportsOfALoadFromAFile()
 // text (megabyte by megabyte), the parsing and the items, step by step.
 void tst_ModelFileProgress::aLargeFileReportsAllAlong()
 {
-    const QByteArray json = generatedModelFile(20000);
-    QVERIFY2(json.size() > 8 * 1024 * 1024, "the text spans several megabytes");
+    const QByteArray json = generatedModelFile(8000);
+    QVERIFY2(json.size() > 4 * 1024 * 1024, "the text spans several megabytes");
     std::vector<Report> reports;
     ModelFileError error;
     QVERIFY(ModelFile::loadFromData(
