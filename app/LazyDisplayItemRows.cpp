@@ -5,6 +5,9 @@
 
 #include <hostcontract/DisplayItemInterface.h>
 
+#include <algorithm>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace Brennvik {
@@ -35,6 +38,11 @@ void LazyDisplayItemRows::clear()
 {
     ++m_generation;
     m_rowOfItem.clear();
+    // The view follows each expanded row with a persistent index, and taking
+    // rows out of the tree walks every such index up to the top: with every
+    // level of a deep chain expanded that costs the square of the depth.
+    // Collapsed first, no such index is left.
+    m_tree->collapseAll();
     // A row deletes its children recursively, which a deep host tree would
     // take past the end of the stack, and taking a row's children walks their
     // subtrees: taken from rows whose children are already bare, each row is
@@ -106,22 +114,57 @@ bool LazyDisplayItemRows::hasRow(const std::shared_ptr<DisplayItemInterface>& it
 
 void LazyDisplayItemRows::expandAll()
 {
-    // Top down with an explicit stack: any depth fits.
+    const int levels = fetchAllChildren();
+    if (levels < 0)
+        return;
+    // Qt's own expandAll() lays out the whole tree recursively, once per
+    // level: quick on the trees hosts have, but a deep chain takes it past the
+    // end of the stack. A row expanded on its own is laid out alone, its
+    // children still collapsed: expanded top down, one by one, the view's work
+    // stays flat, though each expansion costs the view a walk over the row's
+    // ancestors and some bookkeeping of its own.
+    if (levels <= MostLevelsExpandedAtOnce) {
+        m_tree->expandAll();
+        return;
+    }
+    // Making rows has made the view plan a layout of the whole tree; it is
+    // done first, while few rows are expanded, or it would take in every
+    // expansion below.
+    m_tree->visualItemRect(m_tree->topLevelItem(0));
+    forEachRowTopDown([](QTreeWidgetItem* row, int) {
+        row->setExpanded(true);
+        return true;
+    });
+}
+
+int LazyDisplayItemRows::fetchAllChildren()
+{
     const quint64 generation = m_generation;
-    std::vector<QTreeWidgetItem*> pending;
-    for (int i = m_tree->topLevelItemCount() - 1; i >= 0; --i)
-        pending.push_back(m_tree->topLevelItem(i));
-    while (!pending.empty() && generation == m_generation) {
-        QTreeWidgetItem* row = pending.back();
-        pending.pop_back();
+    int levels = 0;
+    forEachRowTopDown([this, generation, &levels](QTreeWidgetItem* row, int level) {
+        levels = std::max(levels, level);
         fetchChildren(row);
-        if (generation != m_generation)
+        return generation == m_generation;
+    });
+    return generation == m_generation ? levels : -1;
+}
+
+void LazyDisplayItemRows::forEachRowTopDown(const std::function<bool(QTreeWidgetItem*, int)>& visit)
+{
+    // Pre-order with an explicit stack: any depth fits. A row's children are
+    // taken after the visit, which may make them; a visit that returns false
+    // ends the walk.
+    std::vector<std::pair<QTreeWidgetItem*, int>> pending;
+    for (int i = m_tree->topLevelItemCount() - 1; i >= 0; --i)
+        pending.emplace_back(m_tree->topLevelItem(i), 1);
+    while (!pending.empty()) {
+        const auto [row, level] = pending.back();
+        pending.pop_back();
+        if (!visit(row, level))
             return;
         for (int i = row->childCount() - 1; i >= 0; --i)
-            pending.push_back(row->child(i));
+            pending.emplace_back(row->child(i), level + 1);
     }
-    if (generation == m_generation)
-        m_tree->expandAll();
 }
 
 } // namespace Brennvik

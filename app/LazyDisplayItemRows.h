@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -46,6 +47,16 @@ private:
     DisplayItemTreeWidgetItem* addRow(QTreeWidgetItem* parentRow, const std::shared_ptr<DisplayItemInterface>& item,
                                       int index);
     bool hasRow(const std::shared_ptr<DisplayItemInterface>& item) const;
+    /// Makes the child rows of every row, top down. Returns the number of
+    /// levels of rows; -1 when a host call cleared the rows meanwhile.
+    int fetchAllChildren();
+    /// Calls \a visit on every row and its level (1 for a top row) in
+    /// pre-order until it returns false.
+    void forEachRowTopDown(const std::function<bool(QTreeWidgetItem*, int)>& visit);
+
+    /// The deepest tree that Qt's view expands in one go: its layout recurses
+    /// once per level, taking a few hundred bytes of stack each time.
+    static constexpr int MostLevelsExpandedAtOnce = 1000;
 
     DisplayItemTreeWidget* m_tree;
     // The row of every item shown, for the rule that an item is shown once.

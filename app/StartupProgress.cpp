@@ -29,12 +29,13 @@ void StartupProgress::report(std::size_t done, std::size_t total)
     const int percent = total == 0 ? 100 : static_cast<int>(std::min(done, total) * 100 / total);
     if (isVisible() && percent == m_bar->value())
         return;
+    // Set before the window shows, so that its first frame shows it too.
+    m_bar->setValue(percent);
     if (!isVisible()) {
         if (const QScreen* shownOn = screen())
             move(shownOn->availableGeometry().center() - rect().center());
         show();
     }
-    m_bar->setValue(percent);
     // No event loop runs while the model is made: paint now, take no input.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

@@ -1,6 +1,7 @@
 #include "CommandLineOptions.h"
 #include "GeneratedModelBudget.h"
 #include "SceneFile.h"
+#include "ModelFileLoading.h"
 #include "StartupProgress.h"
 #include "ReferenceMainWindow.h"
 
@@ -227,7 +228,7 @@ int main(int argc, char* argv[])
         }
     } else if (parser.isSet(modelOption)) {
         Brennvik::ModelFileError error;
-        viewModel = Brennvik::ModelFile::load(nativeFileName(parser, modelOption, rawValues), &error);
+        viewModel = Brennvik::loadModelFileShowingProgress(nativeFileName(parser, modelOption, rawValues), &error);
         if (!viewModel) {
             std::fprintf(stderr, "brennvik-referenceapp: %s\n", qPrintable(error.toString()));
             return 1;

@@ -203,6 +203,14 @@
     </message>
 </context>
 <context>
+    <name>ModelFileLoading</name>
+    <message>
+        <location filename="../app/ModelFileLoading.cpp" line="+17"/>
+        <source>Loading %1...</source>
+        <translation>%1 wird geladen...</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <location filename="../app/main.cpp" line="+251"/>

@@ -86,8 +86,11 @@ JsonTextLocator::Position JsonTextLocator::position(int offset) const
     return result;
 }
 
-std::optional<JsonTextLocator::DuplicateKey> JsonTextLocator::firstDuplicateKey() const
+std::optional<JsonTextLocator::DuplicateKey>
+JsonTextLocator::firstDuplicateKey(const std::function<void(int scanned)>& scanned) const
 {
+    constexpr int reportEvery = 1 << 20;
+    int nextReport = reportEvery;
     struct Frame
     {
         bool object = false;
@@ -97,6 +100,10 @@ std::optional<JsonTextLocator::DuplicateKey> JsonTextLocator::firstDuplicateKey(
     std::vector<Frame> frames;
     int pos = start();
     while (pos >= 0 && pos < m_text.size()) {
+        if (pos >= nextReport && scanned) {
+            scanned(pos);
+            nextReport = pos + reportEvery;
+        }
         const char c = m_text[pos];
         if (c == '{' || c == '[') {
             // Past the parser's limit the file is refused for its nesting

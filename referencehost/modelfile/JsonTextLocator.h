@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace Brennvik {
@@ -53,8 +54,9 @@ public:
     /// The first key, in text order, that repeats a key of the same object,
     /// keys compared as Qt's parser compares them; empty when there is none,
     /// the text is not well-formed or it nests deeper than the parser takes
-    /// before a repeated key (the parser refuses it then).
-    std::optional<DuplicateKey> firstDuplicateKey() const;
+    /// before a repeated key (the parser refuses it then). \a scanned, when
+    /// set, is told the bytes scanned so far, every megabyte or so.
+    std::optional<DuplicateKey> firstDuplicateKey(const std::function<void(int scanned)>& scanned = {}) const;
     /// True when the text ends inside a string, an object or an array: it was
     /// cut short (or never finished).
     bool endsInsideValue() const;

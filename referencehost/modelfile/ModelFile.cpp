@@ -72,7 +72,7 @@ QString openRegularFile(QFile& file, const QByteArray& nativePath)
 
 /// Reads the file named \a nativePath; \a name stands for it in messages.
 std::shared_ptr<SceneViewModel> loadFile(const QByteArray& nativePath, const QString& name, ModelFileError* error,
-                                         const ModelFileLimits& limits)
+                                         const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
     QFile file;
     const QString reason = openRegularFile(file, nativePath);
@@ -81,10 +81,17 @@ std::shared_ptr<SceneViewModel> loadFile(const QByteArray& nativePath, const QSt
     // Checked before reading so that a huge file is not pulled into memory.
     if (file.size() > limits.maxFileSize)
         return failWith(error, name, QStringLiteral("the file is larger than %1 bytes").arg(limits.maxFileSize));
+    // Reading a large file takes a while of its own: the load begins here.
+    if (progress)
+        progress(0, LoadProgress::Total);
     const QByteArray text = file.read(limits.maxFileSize + 1);
     if (file.error() != QFileDevice::NoError)
         return failWith(error, name, QStringLiteral("cannot read the file: %1").arg(file.errorString()));
-    return ModelFile::loadFromData(text, name, error, limits);
+    const ModelFileProgress afterTheStart = [&progress](std::size_t done, std::size_t total) {
+        if (progress && done > 0)
+            progress(done, total);
+    };
+    return ModelFile::loadFromData(text, name, error, limits, afterTheStart);
 }
 
 /// Writes \a viewModel to the file named \a nativePath; \a name stands for
@@ -110,21 +117,23 @@ bool saveFile(const SceneViewModel& viewModel, const QByteArray& nativePath, con
 } // namespace
 
 std::shared_ptr<SceneViewModel> ModelFile::load(const QString& path, ModelFileError* error,
-                                                const ModelFileLimits& limits)
+                                                const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
-    return loadFile(QFile::encodeName(path), path, error, limits);
+    return loadFile(QFile::encodeName(path), path, error, limits, progress);
 }
 
 std::shared_ptr<SceneViewModel> ModelFile::load(const QByteArray& nativePath, ModelFileError* error,
-                                                const ModelFileLimits& limits)
+                                                const ModelFileLimits& limits, const ModelFileProgress& progress)
 {
-    return loadFile(nativePath, QFile::decodeName(nativePath), error, limits);
+    return loadFile(nativePath, QFile::decodeName(nativePath), error, limits, progress);
 }
 
 std::shared_ptr<SceneViewModel> ModelFile::loadFromData(const QByteArray& json, const QString& name,
-                                                        ModelFileError* error, const ModelFileLimits& limits)
+                                                        ModelFileError* error, const ModelFileLimits& limits,
+                                                        const ModelFileProgress& progress)
 {
     ModelFileReader reader(json, name, limits);
+    reader.setProgress(progress);
     return reader.read(error);
 }
 

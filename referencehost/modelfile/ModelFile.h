@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LoadProgress.h"
 #include "ModelFileError.h"
 #include "ModelFileLimits.h"
 
@@ -25,16 +26,20 @@ public:
     static constexpr int formatVersion = 1;
 
     /// Reads the model file at \a path. Null on failure, with the reason in
-    /// \a error (which may be null).
+    /// \a error (which may be null). \a progress, when set, is told how far
+    /// the load has come (see ModelFileProgress).
     static std::shared_ptr<SceneViewModel> load(const QString& path, ModelFileError* error,
-                                                const ModelFileLimits& limits = {});
+                                                const ModelFileLimits& limits = {},
+                                                const ModelFileProgress& progress = {});
     /// As load(), for the file name's bytes as the system takes them, which
     /// need not be valid text; messages show it as QFile::decodeName() does.
     static std::shared_ptr<SceneViewModel> load(const QByteArray& nativePath, ModelFileError* error,
-                                                const ModelFileLimits& limits = {});
+                                                const ModelFileLimits& limits = {},
+                                                const ModelFileProgress& progress = {});
     /// Reads a model from \a json; \a name stands for the file in messages.
     static std::shared_ptr<SceneViewModel> loadFromData(const QByteArray& json, const QString& name,
-                                                        ModelFileError* error, const ModelFileLimits& limits = {});
+                                                        ModelFileError* error, const ModelFileLimits& limits = {},
+                                                        const ModelFileProgress& progress = {});
 
     /// Writes \a viewModel to \a path, replacing the file only once all of it
     /// is written. False with "path: reason" in \a error (which may be null).

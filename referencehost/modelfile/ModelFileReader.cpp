@@ -130,6 +130,32 @@ QString syntaxReason(QJsonParseError::ParseError error)
     return QStringLiteral("unknown error");
 }
 
+/// The items that \a document describes: the roots of its models and every
+/// object listed as a child below them. Counted before anything is built, for
+/// the progress of the build; a file that is wrong fails later, in the build.
+std::size_t countItems(const QJsonObject& document)
+{
+    const QString rootKey = QStringLiteral("root");
+    const QString childrenKey = QStringLiteral("children");
+    std::vector<QJsonObject> pending;
+    for (const QString& modelKey : {QStringLiteral("displayModel"), QStringLiteral("labelModel")}) {
+        const QJsonValue root = document.value(modelKey).toObject().value(rootKey);
+        if (root.isObject())
+            pending.push_back(root.toObject());
+    }
+    std::size_t count = 0;
+    while (!pending.empty()) {
+        const QJsonArray children = pending.back().value(childrenKey).toArray();
+        pending.pop_back();
+        ++count;
+        for (const QJsonValue child : children) {
+            if (child.isObject())
+                pending.push_back(child.toObject());
+        }
+    }
+    return count;
+}
+
 const QString kKind = QStringLiteral("kind");
 const QString kName = QStringLiteral("name");
 const QString kVisible = QStringLiteral("visible");
@@ -163,8 +189,15 @@ ModelFileReader::ModelFileReader(QByteArray text, QString fileName, ModelFileLim
 
 ModelFileReader::~ModelFileReader() = default;
 
+void ModelFileReader::setProgress(ModelFileProgress progress)
+{
+    m_progressCallback = std::move(progress);
+}
+
 std::shared_ptr<SceneViewModel> ModelFileReader::read(ModelFileError* error)
 {
+    m_progress = LoadProgress(m_progressCallback);
+    m_progress.started();
     m_itemCount = 0;
     m_items.clear();
     m_geometryReferences.clear();
@@ -202,7 +235,10 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     // key is refused anyway, so Qt never sees one: only the text before it is
     // checked, with a digit in the key's place, which a text that is fine up
     // to there makes Qt stop at as an unfinished object at the very end.
-    const std::optional<JsonTextLocator::DuplicateKey> duplicate = m_locator.firstDuplicateKey();
+    const std::size_t textSize = std::size_t(m_text.size());
+    const std::optional<JsonTextLocator::DuplicateKey> duplicate = m_locator.firstDuplicateKey(
+        [this, textSize](int scanned) { m_progress.textChecked(std::size_t(scanned), textSize); });
+    m_progress.textChecked(textSize, textSize);
     QJsonParseError parseError;
     QJsonDocument document;
     if (duplicate) {
@@ -255,6 +291,8 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     if (!document.isObject())
         fail(top.path(), QStringLiteral("expected a JSON object at the top level"));
     const QJsonObject object = document.object();
+    // Counted only for someone who is told the progress.
+    m_progress.textParsed(m_progressCallback ? countItems(object) : 0);
 
     const QString format = QString::fromLatin1(ModelFile::formatName);
     const Location formatPath = top.child(QStringLiteral("format"));
@@ -302,6 +340,7 @@ std::shared_ptr<SceneViewModel> ModelFileReader::readDocument()
     }
     m_items.clear();
     m_geometryReferences.clear();
+    m_progress.finished();
     return viewModel;
 }
 
@@ -478,6 +517,7 @@ std::shared_ptr<DisplayItem> ModelFileReader::readItem(const QJsonValue& value, 
 
     if (parent)
         parent->appendChild(item);
+    m_progress.itemBuilt();
 
     const QString childrenKey = QStringLiteral("children");
     if (object.contains(childrenKey)) {

@@ -2,6 +2,7 @@
 
 #include "JsonPath.h"
 #include "JsonTextLocator.h"
+#include "LoadProgress.h"
 #include "ModelFileError.h"
 #include "ModelFileLimits.h"
 
@@ -41,6 +42,9 @@ public:
     ~ModelFileReader();
     ModelFileReader(const ModelFileReader&) = delete;
     ModelFileReader& operator=(const ModelFileReader&) = delete;
+
+    /// Tells \a progress how far read() has come (see ModelFileProgress).
+    void setProgress(ModelFileProgress progress);
 
     /// The model; null on failure, with the error in \a error (which may be null).
     std::shared_ptr<SceneViewModel> read(ModelFileError* error);
@@ -131,6 +135,8 @@ private:
     QString m_fileName;
     ModelFileLimits m_limits;
     JsonTextLocator m_locator;
+    ModelFileProgress m_progressCallback;
+    LoadProgress m_progress;
     int m_itemCount = 0;
     /// Items by id, with where the id was written.
     QHash<QString, std::pair<std::shared_ptr<DisplayItem>, JsonPath>> m_items;

@@ -10,6 +10,8 @@ set(BRENNVIK_REFERENCEHOST_MODELFILE_SOURCES
     modelfile/ModelFileLimits.h
     modelfile/IndentedJsonSize.h
     modelfile/IndentedJsonSize.cpp
+    modelfile/LoadProgress.h
+    modelfile/LoadProgress.cpp
     modelfile/MessageText.h
     modelfile/MessageText.cpp
     modelfile/ModelFileReader.h

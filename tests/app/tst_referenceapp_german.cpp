@@ -2,13 +2,16 @@
 // windows, menus and dialogs is German, but for those that stay English on
 // purpose, listed below with the reason.
 #include "ContextMenuDriver.h"
+#include "StartupProgressWatch.h"
 
+#include <ModelFileLoading.h>
 #include <ReferenceMainWindow.h>
 
 #include <debugmenucontent/treewidgets/DisplayItemTreeWidget.h>
 
 #include <referencehost/model/SampleModel.h>
 #include <referencehost/model/SceneViewModel.h>
+#include <referencehost/modelfile/ModelFile.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -18,8 +21,10 @@
 #include <QMap>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <QToolButton>
+#include <QTemporaryDir>
 #include <QTranslator>
 #include <QTreeWidget>
 #include <QtTest>
@@ -150,6 +155,7 @@ class tst_ReferenceAppGerman : public QObject
 private slots:
     void everyTextIsTranslated();
     void widgetKitEntriesAreGerman();
+    void loadingWindowIsGerman();
 };
 
 void tst_ReferenceAppGerman::everyTextIsTranslated()
@@ -199,6 +205,24 @@ void tst_ReferenceAppGerman::widgetKitEntriesAreGerman()
 
     for (const char* german : {"Rekursiv aufklappen", "Alle zuklappen", "Kopieren"})
         QVERIFY2(entries.contains(QString::fromUtf8(german)), qPrintable(entries.join(QLatin1String(", "))));
+}
+
+void tst_ReferenceAppGerman::loadingWindowIsGerman()
+{
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString file = directory.filePath(QStringLiteral("model.json"));
+    QString saveError;
+    QVERIFY2(ModelFile::save(*buildSampleViewModel(), file, &saveError), qPrintable(saveError));
+
+    QTranslator application;
+    QVERIFY(application.load(QStringLiteral(":/i18n/brennvik_referenceapp_de.qm")));
+    QCoreApplication::installTranslator(&application);
+    const auto removeTranslator = qScopeGuard([&application]() { QCoreApplication::removeTranslator(&application); });
+    Test::StartupProgressWatch watch;
+    ModelFileError error;
+    QVERIFY2(loadModelFileShowingProgress(QFile::encodeName(file), &error), qPrintable(error.toString()));
+    QCOMPARE(watch.shownText, QStringLiteral("model.json wird geladen..."));
 }
 
 QTEST_MAIN(tst_ReferenceAppGerman)

@@ -13,6 +13,7 @@
 #include <referencehost/model/SceneViewModel.h>
 
 #include <QAction>
+#include <QTreeWidgetItemIterator>
 #include <QtTest>
 
 #include <memory>
@@ -63,11 +64,19 @@ bool allExpanded(const QTreeWidgetItem* row)
 
 // Deep enough to overflow the stack of a recursive walk, small enough for CI;
 // BRENNVIK_APP_CHAIN_DEPTH sets another depth for a measurement by hand.
-int chainDepth()
+int chainDepth(int usual = 200000)
 {
     bool ok = false;
     const int depth = qEnvironmentVariableIntValue("BRENNVIK_APP_CHAIN_DEPTH", &ok);
-    return ok && depth > 0 ? depth : 200000;
+    return ok && depth > 0 ? depth : usual;
+}
+
+// Expanding a chain row by row costs Qt the square of its depth (about 100 s
+// at 200,000 levels), so "Expand all" gets a shorter chain: still more than
+// twice the about 26,000 levels at which Qt's recursive layout overflowed.
+int expandAllChainDepth()
+{
+    return chainDepth(60000);
 }
 
 } // namespace
@@ -82,6 +91,7 @@ private slots:
     void brokenTreeIsShownWithoutItsFaults();
     void cycleInTheLabelModelEnds();
     void deepChainIsShown();
+    void expandAllOnADeepChain();
 };
 
 void tst_ReferenceAppHostTrees::brokenTreeIsShownWithoutItsFaults_data()
@@ -230,6 +240,67 @@ void tst_ReferenceAppHostTrees::deepChainIsShown()
     QVERIFY(rebuild);
     rebuild->trigger();
     QCOMPARE(window->displayItemTree()->topLevelItemCount(), 1);
+    window.reset();
+}
+
+// Qt's tree view lays out expanded rows recursively, once per level, when it
+// lays out the whole tree: "Expand all" must leave it nothing of the kind to do.
+void tst_ReferenceAppHostTrees::expandAllOnADeepChain()
+{
+    const int depth = expandAllChainDepth();
+    auto root = std::make_shared<ExtraChildrenItem>("root");
+    appendChain(*root, depth);
+    root->listOwned(coloured("beside the chain"));
+    const std::shared_ptr<SceneViewModel> viewModel = makeViewModel(root);
+    root.reset();
+    auto window = std::make_unique<ReferenceMainWindow>(viewModel);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    DisplayItemTreeWidget* tree = window->displayItemTree();
+
+    QAction* expandAll = viewMenuAction(*window, "&Expand all");
+    QVERIFY(expandAll);
+    expandAll->trigger();
+    // Every row is expanded, leaves too, as Qt's own expandAll() leaves them.
+    int expanded = 0;
+    for (QTreeWidgetItemIterator it(tree); *it; ++it)
+        expanded += (*it)->isExpanded() ? 1 : 0;
+    QCOMPARE(expanded, depth + 2);
+
+    // Every level has its row, expanded, the deepest one included.
+    int rows = 0;
+    QTreeWidgetItem* deepest = nullptr;
+    for (QTreeWidgetItem* row = tree->topLevelItem(0); row; row = row->childCount() > 0 ? row->child(0) : nullptr) {
+        if (!row->isExpanded())
+            break;
+        deepest = row;
+        ++rows;
+    }
+    QCOMPARE(rows, depth + 1);
+    QCOMPARE(deepest->childCount(), 0);
+    QCOMPARE(deepest->text(0), QString::number(depth));
+
+    // The view has every row in its layout: the deepest one has a place and is painted.
+    tree->scrollToItem(deepest);
+    QVERIFY(tree->visualItemRect(deepest).isValid());
+    QVERIFY(!tree->viewport()->grab().isNull());
+    QCOMPARE(tree->itemBelow(deepest)->text(0), QStringLiteral("beside the chain"));
+    QCOMPARE(tree->itemAbove(deepest), deepest->parent());
+
+    // Expanding all again, building anew with every row expanded (as the
+    // host's changes do) and collapsing recurse neither.
+    expandAll->trigger();
+    QVERIFY(tree->visualItemRect(deepest).isValid());
+    QAction* rebuild = rebuildAction(*window);
+    QVERIFY(rebuild);
+    rebuild->trigger();
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QCOMPARE(tree->topLevelItem(0)->childCount(), 2);
+    QVERIFY(tree->topLevelItem(0)->isExpanded());
+    QAction* collapseAll = viewMenuAction(*window, "&Collapse all");
+    QVERIFY(collapseAll);
+    collapseAll->trigger();
+    QVERIFY(!tree->topLevelItem(0)->isExpanded());
     window.reset();
 }
 

@@ -1,5 +1,8 @@
 // The reference application's windows as a user handles them: closing and
 // quitting, the menu shortcuts, and where the windows open on the screen.
+#include "StartupProgressWatch.h"
+
+#include <ModelFileLoading.h>
 #include <ReferenceMainWindow.h>
 #include <StartupProgress.h>
 #include <WindowPlacement.h>
@@ -10,6 +13,7 @@
 
 #include <referencehost/model/SampleModel.h>
 #include <referencehost/model/SceneViewModel.h>
+#include <referencehost/modelfile/ModelFile.h>
 
 #include <QAction>
 #include <QApplication>
@@ -102,6 +106,7 @@ private slots:
     void everyWindowOpensOnTheAvailableScreen();
     void placementIsRememberedBetweenRuns();
     void generatingAModelShowsItsProgress();
+    void loadingAModelFileShowsItsProgress();
 
 private:
     std::shared_ptr<SceneViewModel> m_viewModel;
@@ -329,6 +334,29 @@ void tst_ReferenceAppWindows::generatingAModelShowsItsProgress()
     QVERIFY(std::is_sorted(shown.cbegin(), shown.cend()));
     QVERIFY(shown.first() < 10);
     QCOMPARE(shown.last(), 100);
+}
+
+void tst_ReferenceAppWindows::loadingAModelFileShowsItsProgress()
+{
+    m_window.reset();
+    QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const QString file = directory.filePath(QStringLiteral("large model.json"));
+    QString saveError;
+    QVERIFY2(ModelFile::save(*buildSyntheticViewModel(20000, 3), file, &saveError), qPrintable(saveError));
+
+    Test::StartupProgressWatch watch;
+    ModelFileError error;
+    const auto viewModel = loadModelFileShowingProgress(QFile::encodeName(file), &error);
+    QVERIFY2(viewModel, qPrintable(error.toString()));
+    QCOMPARE(watch.shownText, QStringLiteral("Loading large model.json..."));
+    QVERIFY2(watch.paintedValues.size() >= 20, qPrintable(QString::number(watch.paintedValues.size())));
+    QVERIFY(std::is_sorted(watch.paintedValues.cbegin(), watch.paintedValues.cend()));
+    QCOMPARE(watch.paintedValues.first(), 0);
+    QCOMPARE(watch.paintedValues.last(), 100);
+    // The window goes with the load.
+    for (QWidget* window : QApplication::topLevelWidgets())
+        QVERIFY(window->objectName() != QLatin1String("startupProgress"));
 }
 
 QTEST_MAIN(tst_ReferenceAppWindows)

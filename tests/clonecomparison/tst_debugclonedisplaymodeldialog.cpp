@@ -16,6 +16,7 @@
 #include "DebugIcons.h"
 #include "ShownWindow.h"
 #include "ContextMarkingTranslator.h"
+#include "ReactingHost.h"
 #include "TestTree.h"
 
 #include <QGridLayout>
@@ -37,6 +38,8 @@ using Brennvik::Test::debugIconName;
 using Brennvik::Test::findItem;
 
 Q_DECLARE_METATYPE(CloneDefect::Kind)
+Q_DECLARE_METATYPE(Brennvik::Test::HostReaction)
+Q_DECLARE_METATYPE(Brennvik::Test::ReactingItem::Getter)
 
 namespace {
 
@@ -113,6 +116,14 @@ QString rowPath(const QTreeWidgetItem* row)
     return parts.join(QLatin1Char('/'));
 }
 
+QStringList rowPaths(QTreeWidget* tree)
+{
+    QStringList paths;
+    for (QTreeWidgetItemIterator it(tree); *it; ++it)
+        paths << rowPath(*it);
+    return paths;
+}
+
 QStringList dumpTree(QTreeWidget* tree)
 {
     QStringList lines;
@@ -122,6 +133,34 @@ QStringList dumpTree(QTreeWidget* tree)
 }
 
 using Brennvik::Test::ContextMarkingTranslator;
+
+using Brennvik::Test::ReactingItem;
+
+// The rule tree with root, A, B and C1 (the way down to C1) made of items
+// whose getters can be armed to change the model; C1 and E differ in their
+// clone's visibility, so that the report names C1 on line 0 and E on line 4.
+struct ArmableModel
+{
+    std::shared_ptr<SceneViewModel> viewModel;
+    std::vector<std::shared_ptr<ReactingItem>> wayToC1;
+};
+
+ArmableModel buildArmableModel()
+{
+    ArmableModel model;
+    for (const char* name : {"root", "A", "B", "C1"}) {
+        auto item = std::make_shared<ReactingItem>(name);
+        if (!model.wayToC1.empty())
+            model.wayToC1.back()->appendChild(item);
+        model.wayToC1.push_back(item);
+    }
+    model.wayToC1[2]->appendChild(Test::buildTree({"C2"}));
+    model.wayToC1[1]->appendChild(Test::buildTree({"D", {{"D1"}}}));
+    model.wayToC1[0]->appendChild(Test::buildTree({"E"}));
+    model.viewModel = makeViewModel(model.wayToC1[0]);
+    setDefects(*model.viewModel, {{CloneDefect::Kind::FlipVisibility, "C1"}, {CloneDefect::Kind::FlipVisibility, "E"}});
+    return model;
+}
 
 } // namespace
 
@@ -146,6 +185,10 @@ private slots:
     void doubleClickOnLineShowsItem_data();
     void doubleClickOnLineShowsItem();
     void doubleClickOnGoneItemDoesNothing();
+    void doubleClickAsksTheHostNothing_data();
+    void doubleClickAsksTheHostNothing();
+    void doubleClickAfterTheHostChanged_data();
+    void doubleClickAfterTheHostChanged();
 
     // lifecycle
     void cloneIsMadeOnceAndDroppedWithDialog();
@@ -394,6 +437,17 @@ QString shownRow(QTreeWidget* tree)
     return rowPath(row);
 }
 
+// Double-clicks the report's line \a line and checks that both trees show
+// \a shown, or for an empty \a shown, that they are left as they were.
+void checkDoubleClickShows(DebugCloneDisplayModelDialog& dialog, int line, const QString& shown)
+{
+    const QString originalBefore = shownRow(dialog.m_displayItemTree);
+    const QString clonedBefore = shownRow(dialog.m_clonedDisplayItemTree);
+    doubleClickLine(dialog.m_outputTextField, line);
+    QCOMPARE(shownRow(dialog.m_displayItemTree), shown.isEmpty() ? originalBefore : shown);
+    QCOMPARE(shownRow(dialog.m_clonedDisplayItemTree), shown.isEmpty() ? clonedBefore : shown);
+}
+
 void tst_DebugCloneDisplayModelDialog::doubleClickOnLineShowsItem_data()
 {
     QTest::addColumn<DefectList>("defects");
@@ -457,6 +511,102 @@ void tst_DebugCloneDisplayModelDialog::doubleClickOnGoneItemDoesNothing()
     doubleClickLine(dialog.m_outputTextField, 4);
     QCOMPARE(shownRow(dialog.m_displayItemTree), QStringLiteral("root/E"));
     QCOMPARE(shownRow(dialog.m_clonedDisplayItemTree), QStringLiteral("root/E"));
+}
+
+// Going to a difference's item reads only what the dialog holds: no host
+// call on the way, so no host event can change the trees under it.
+void tst_DebugCloneDisplayModelDialog::doubleClickAsksTheHostNothing_data()
+{
+    using Getter = ReactingItem::Getter;
+    QTest::addColumn<Getter>("getter");
+    QTest::addColumn<Test::HostReaction>("reaction");
+    const QList<QPair<const char*, Getter>> getters{
+        {"properties", Getter::Properties}, {"selection allowed", Getter::SelectionAllowed},
+        {"subtree", Getter::Subtree},       {"children", Getter::Children},
+        {"visible", Getter::Visible},       {"selected", Getter::Selected},
+        {"selectable", Getter::Selectable}, {"display name", Getter::DisplayName},
+    };
+    for (const auto& [getterName, getter] : getters) {
+        for (const auto& [reactionName, reaction] : Test::allHostReactions())
+            QTest::addRow("%s, %s", getterName, reactionName) << getter << reaction;
+    }
+}
+
+void tst_DebugCloneDisplayModelDialog::doubleClickAsksTheHostNothing()
+{
+    QFETCH(ReactingItem::Getter, getter);
+    QFETCH(Test::HostReaction, reaction);
+    const ArmableModel model = buildArmableModel();
+    DebugCloneDisplayModelDialog dialog(nullptr, model.viewModel);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+
+    // Every item on the way to C1 and C1's copy in the clone change the
+    // model around C1 as soon as the getter is asked.
+    std::vector<std::shared_ptr<const bool>> reacted;
+    const std::shared_ptr<DisplayItem> c1 = model.wayToC1.back();
+    SceneDisplayModel& displayModel = model.viewModel->displayModel();
+    for (const std::shared_ptr<ReactingItem>& item : model.wayToC1)
+        reacted.push_back(item->reactInGetter(getter, displayModel, c1, reaction));
+    const QList<QTreeWidgetItem*> clonedC1Rows
+        = dialog.m_clonedDisplayItemTree->findItems(QStringLiteral("C1"), Qt::MatchExactly | Qt::MatchRecursive);
+    QCOMPARE(clonedC1Rows.size(), 1);
+    const DisplayItemTreeWidgetItem* clonedC1Row = DisplayItemTreeWidgetItem::asDisplayItemRow(clonedC1Rows.first());
+    QVERIFY(clonedC1Row);
+    auto* clonedC1Item
+        = dynamic_cast<ReactingItem*>(const_cast<DisplayItemTreeWidgetItem*>(clonedC1Row)->getDisplayItem().get());
+    QVERIFY(clonedC1Item);
+    reacted.push_back(
+        clonedC1Item->reactInGetter(getter, [&]() { Test::applyHostReaction(reaction, c1, displayModel); }));
+
+    checkDoubleClickShows(dialog, 0, QStringLiteral("root/A/B/C1"));
+    for (const std::shared_ptr<const bool>& ran : reacted)
+        QVERIFY2(!*ran, "the double click asked the host");
+}
+
+// The host changes its model inside one of its own updates; the report and
+// the trees stay a snapshot, and a line whose item has gone names nothing.
+void tst_DebugCloneDisplayModelDialog::doubleClickAfterTheHostChanged_data()
+{
+    QTest::addColumn<Test::HostReaction>("reaction");
+    QTest::addColumn<QString>("shownForC1");
+    QTest::addColumn<QString>("shownForE");
+    using Test::HostReaction;
+    const QString c1 = QStringLiteral("root/A/B/C1");
+    const QString e = QStringLiteral("root/E");
+    QTest::newRow("removes the item") << HostReaction::RemoveItem << QString() << e;
+    QTest::newRow("removes its parent") << HostReaction::RemoveParent << QString() << e;
+    QTest::newRow("removes the whole branch") << HostReaction::RemoveBranch << QString() << e;
+    QTest::newRow("removes its children") << HostReaction::RemoveChildren << c1 << e;
+    QTest::newRow("adds children") << HostReaction::AddChildren << c1 << e;
+    QTest::newRow("replaces the root") << HostReaction::ReplaceRoot << QString() << QString();
+}
+
+void tst_DebugCloneDisplayModelDialog::doubleClickAfterTheHostChanged()
+{
+    QFETCH(Test::HostReaction, reaction);
+    QFETCH(QString, shownForC1);
+    QFETCH(QString, shownForE);
+    std::shared_ptr<SceneViewModel> viewModel = buildArmableModel().viewModel;
+    DebugCloneDisplayModelDialog dialog(nullptr, viewModel);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const QString report = dialog.m_outputTextField->toPlainText();
+    const QStringList originalRows = rowPaths(dialog.m_displayItemTree);
+    const QStringList clonedRows = dumpTree(dialog.m_clonedDisplayItemTree);
+
+    SceneDisplayModel& displayModel = viewModel->displayModel();
+    const std::shared_ptr<const bool> reacted
+        = Test::reactInNextUpdate(displayModel, findItem(displayModel.rootDisplayItem(), "C1"), reaction);
+    displayModel.doVisibilityUpdate();
+    QVERIFY(*reacted);
+
+    checkDoubleClickShows(dialog, 0, shownForC1);
+    checkDoubleClickShows(dialog, 4, shownForE);
+    // The report and the rows are as they were made.
+    QCOMPARE(dialog.m_outputTextField->toPlainText(), report);
+    QCOMPARE(dumpTree(dialog.m_clonedDisplayItemTree), clonedRows);
+    QCOMPARE(rowPaths(dialog.m_displayItemTree), originalRows);
 }
 
 // ---------------------------------------------------------------- lifecycle
