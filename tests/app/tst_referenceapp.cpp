@@ -1,5 +1,6 @@
 // The reference application as its user meets it: the main window, its Debug
 // menu, the dialogs it opens and the 3D view that draws what they change.
+#include "DebugMenuAction.h"
 #include "ContextMenuDriver.h"
 #include "ItemWidgetDriver.h"
 
@@ -38,12 +39,6 @@
 using namespace Brennvik;
 
 namespace {
-
-QAction* debugMenuAction(ReferenceMainWindow& window, const char* objectName)
-{
-    auto* debugMenu = window.menuBar()->findChild<QMenu*>(QStringLiteral("debugMenu"));
-    return debugMenu ? debugMenu->findChild<QAction*>(QString::fromLatin1(objectName)) : nullptr;
-}
 
 // The first row of \a tree whose column-0 text starts with \a text, expanded
 // into view. Rows that the tree makes on demand are made first.

@@ -1,6 +1,7 @@
 // Real scenes of Assimp's test models in the reference application, driven
 // through all three dialogs as their user drives them: find an item by a
 // value the file gave it, hide a subtree, compare the model with its clone.
+#include "DebugMenuAction.h"
 #include "ContextMenuDriver.h"
 #include "ItemWidgetDriver.h"
 
@@ -28,12 +29,6 @@
 using namespace Brennvik;
 
 namespace {
-
-QAction* debugMenuAction(ReferenceMainWindow& window, const char* objectName)
-{
-    auto* debugMenu = window.menuBar()->findChild<QMenu*>(QStringLiteral("debugMenu"));
-    return debugMenu ? debugMenu->findChild<QAction*>(QString::fromLatin1(objectName)) : nullptr;
-}
 
 /// The row of \a tree reading \a text, shown: its ancestors expanded, scrolled into view.
 QTreeWidgetItem* shownRow(QTreeWidget* tree, const QString& text)
