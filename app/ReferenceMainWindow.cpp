@@ -170,6 +170,19 @@ QString draggedFile(const QMimeData* data)
     return data->urls().first().toLocalFile();
 }
 
+/// A menu entry with a shortcut, named \a objectName, that calls \a slot of
+/// \a receiver. QMenu's overload for this changed its argument order in Qt 6.
+template<typename Receiver, typename Slot>
+QAction* addShortcutAction(QMenu* menu, const QString& text, const QKeySequence& shortcut, const Receiver* receiver,
+                           Slot slot, const char* objectName)
+{
+    QAction* action = menu->addAction(text);
+    action->setShortcut(shortcut);
+    action->setObjectName(QLatin1String(objectName));
+    QObject::connect(action, &QAction::triggered, receiver, slot);
+    return action;
+}
+
 } // namespace
 
 void ReferenceMainWindow::dragEnterEvent(QDragEnterEvent* event)
@@ -210,12 +223,10 @@ void ReferenceMainWindow::createMenus()
     QMenu* fileMenu = menuBar()->addMenu(tr("&File"));
     fileMenu->setObjectName(QStringLiteral("fileMenu"));
     if (canImportScenes()) {
-        QAction* openAction = fileMenu->addAction(
-            tr("&Open..."), this, [this]() { openSceneFileDialog(); }, QKeySequence::Open);
-        openAction->setObjectName(QStringLiteral("openSceneAction"));
+        addShortcutAction(
+            fileMenu, tr("&Open..."), QKeySequence::Open, this, [this]() { openSceneFileDialog(); }, "openSceneAction");
     }
-    QAction* quitAction = fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(tr("Ctrl+Q")));
-    quitAction->setObjectName(QStringLiteral("quitAction"));
+    addShortcutAction(fileMenu, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), this, &QWidget::close, "quitAction");
 
     QMenu* viewMenu = menuBar()->addMenu(tr("&View"));
     viewMenu->addAction(tr("&Rebuild tree"), this, &ReferenceMainWindow::rebuildTree);
@@ -238,15 +249,15 @@ void ReferenceMainWindow::createDebugMenu()
     // Ctrl+Shift: the dialogs' own windows keep the plain Ctrl keys.
     QMenu* debugMenu = menuBar()->addMenu(tr("&Debug"));
     debugMenu->setObjectName(QStringLiteral("debugMenu"));
-    QAction* displayModelAction = debugMenu->addAction(
-        tr("Display &model..."), this, [this]() { openDisplayModelDialog(); }, QKeySequence(tr("Ctrl+Shift+D")));
-    displayModelAction->setObjectName(QStringLiteral("openDisplayModelDialogAction"));
-    QAction* cloneAction = debugMenu->addAction(
-        tr("&Clone comparison..."), this, [this]() { openCloneComparisonDialog(); }, QKeySequence(tr("Ctrl+Shift+C")));
-    cloneAction->setObjectName(QStringLiteral("openCloneComparisonDialogAction"));
-    QAction* model2DAction = debugMenu->addAction(
-        tr("&2D display models..."), this, [this]() { openDisplayModel2DDialog(); }, QKeySequence(tr("Ctrl+Shift+P")));
-    model2DAction->setObjectName(QStringLiteral("openDisplayModel2DDialogAction"));
+    addShortcutAction(
+        debugMenu, tr("Display &model..."), QKeySequence(tr("Ctrl+Shift+D")), this,
+        [this]() { openDisplayModelDialog(); }, "openDisplayModelDialogAction");
+    addShortcutAction(
+        debugMenu, tr("&Clone comparison..."), QKeySequence(tr("Ctrl+Shift+C")), this,
+        [this]() { openCloneComparisonDialog(); }, "openCloneComparisonDialogAction");
+    addShortcutAction(
+        debugMenu, tr("&2D display models..."), QKeySequence(tr("Ctrl+Shift+P")), this,
+        [this]() { openDisplayModel2DDialog(); }, "openDisplayModel2DDialogAction");
 }
 
 void ReferenceMainWindow::closeEvent(QCloseEvent* event)
