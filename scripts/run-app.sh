@@ -22,6 +22,11 @@ cmake --build "$build" --parallel "$jobs" --target brennvik-referenceapp
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
   export QT_QPA_PLATFORM=offscreen
+  # Qt 6's offscreen screen is 800x800; Qt 5's, 800x600. The same screen makes
+  # the same windows.
+  if [ "$qt_major" = 6 ]; then
+    export QT_QPA_PLATFORM="offscreen:configfile=$root/scripts/offscreen-800x600.json"
+  fi
   case " ${args[*]-} " in
     *" --screenshot "*|*" --help "*|*" -h "*) ;;
     *) shot=screenshot.png
