@@ -6,6 +6,7 @@
 #include <QItemSelectionModel>
 #include <QModelIndex>
 #include <QPersistentModelIndex>
+#include <QTreeWidget>
 
 namespace Brennvik {
 
@@ -18,24 +19,44 @@ RowGuard<Row> guardRow(Row* row)
     return RowGuard<Row>(row, tree ? tree->getModelIndexFromItem(row, 0) : QModelIndex());
 }
 
-/// Makes \a row of \a tree current as QTreeWidget::setCurrentItem does. Qt
-/// hands the row's index on by reference through its current-row signal and
-/// keeps it afterwards (as the start of the next range selection); the host's
-/// events inside that signal may delete the row. Given a persistent index,
-/// which Qt invalidates in place, Qt keeps nothing that names a deleted row.
-inline void setCurrentRowFollowed(DisplayItemTreeWidget* tree, QTreeWidgetItem* row)
-{
-    const QPersistentModelIndex index(tree->getModelIndexFromItem(row, 0));
-    tree->setCurrentIndex(index);
-}
-
-/// The same with \a command for the selection, as the three-argument
-/// QTreeWidget::setCurrentItem does.
+/// Makes \a row of \a tree current, with \a command for the selection, as
+/// the three-argument QTreeWidget::setCurrentItem does. The host's events
+/// inside Qt's current-row signal may delete the row; the selection model
+/// keeps the row as a persistent index, which Qt invalidates in place.
 inline void setCurrentRowFollowed(DisplayItemTreeWidget* tree, QTreeWidgetItem* row,
                                   QItemSelectionModel::SelectionFlags command)
 {
     const QPersistentModelIndex index(tree->getModelIndexFromItem(row, 0));
     tree->selectionModel()->setCurrentIndex(index, command);
+}
+
+namespace GuardedRowDetail {
+// QAbstractItemView::selectionCommand is protected; a pointer to it taken
+// through a derived class is the legal way to ask any view.
+struct ViewCommand : QTreeWidget
+{
+    static QItemSelectionModel::SelectionFlags of(const QTreeWidget& tree, const QModelIndex& index)
+    {
+        using Command
+            = QItemSelectionModel::SelectionFlags (QAbstractItemView::*)(const QModelIndex&, const QEvent*) const;
+        const Command command = &ViewCommand::selectionCommand;
+        return (tree.*command)(index, nullptr);
+    }
+};
+} // namespace GuardedRowDetail
+
+/// Makes \a row of \a tree current as QTreeWidget::setCurrentItem does, with
+/// the selection the view chooses, but through the selection model alone.
+/// The view's own setCurrentIndex keeps the index it was handed as the start
+/// of the next range selection, made persistent only after the current-row
+/// signal: a row the host deleted inside that signal stayed named there, and
+/// Qt read the freed row when later rows went.
+inline void setCurrentRowFollowed(DisplayItemTreeWidget* tree, QTreeWidgetItem* row)
+{
+    const QModelIndex index = tree->getModelIndexFromItem(row, 0);
+    if (index.isValid() && !(index.flags() & Qt::ItemIsEnabled))
+        return;
+    setCurrentRowFollowed(tree, row, GuardedRowDetail::ViewCommand::of(*tree, index));
 }
 
 } // namespace Brennvik
