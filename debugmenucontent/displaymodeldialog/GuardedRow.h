@@ -31,15 +31,22 @@ inline void setCurrentRowFollowed(DisplayItemTreeWidget* tree, QTreeWidgetItem* 
 }
 
 namespace GuardedRowDetail {
-// QAbstractItemView::selectionCommand is protected; a pointer to it taken
-// through a derived class is the legal way to ask any view.
-struct ViewCommand : QTreeWidget
+// QTreeWidget::indexFromItem and QAbstractItemView::selectionCommand are
+// protected; pointers to them taken through a derived class are the legal
+// way to ask any tree widget.
+struct TreeAccess : QTreeWidget
 {
-    static QItemSelectionModel::SelectionFlags of(const QTreeWidget& tree, const QModelIndex& index)
+    static QModelIndex indexOf(const QTreeWidget& tree, const QTreeWidgetItem* row)
+    {
+        using IndexFromItem = QModelIndex (QTreeWidget::*)(const QTreeWidgetItem*, int) const;
+        const IndexFromItem indexFromItem = &TreeAccess::indexFromItem;
+        return (tree.*indexFromItem)(row, 0);
+    }
+    static QItemSelectionModel::SelectionFlags commandFor(const QTreeWidget& tree, const QModelIndex& index)
     {
         using Command
             = QItemSelectionModel::SelectionFlags (QAbstractItemView::*)(const QModelIndex&, const QEvent*) const;
-        const Command command = &ViewCommand::selectionCommand;
+        const Command command = &TreeAccess::selectionCommand;
         return (tree.*command)(index, nullptr);
     }
 };
@@ -51,12 +58,13 @@ struct ViewCommand : QTreeWidget
 /// of the next range selection, made persistent only after the current-row
 /// signal: a row the host deleted inside that signal stayed named there, and
 /// Qt read the freed row when later rows went.
-inline void setCurrentRowFollowed(DisplayItemTreeWidget* tree, QTreeWidgetItem* row)
+inline void setCurrentRowFollowed(QTreeWidget* tree, QTreeWidgetItem* row)
 {
-    const QModelIndex index = tree->getModelIndexFromItem(row, 0);
+    using GuardedRowDetail::TreeAccess;
+    const QPersistentModelIndex index(TreeAccess::indexOf(*tree, row));
     if (index.isValid() && !(index.flags() & Qt::ItemIsEnabled))
         return;
-    setCurrentRowFollowed(tree, row, GuardedRowDetail::ViewCommand::of(*tree, index));
+    tree->selectionModel()->setCurrentIndex(index, TreeAccess::commandFor(*tree, index));
 }
 
 } // namespace Brennvik

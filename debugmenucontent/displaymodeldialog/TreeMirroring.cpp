@@ -278,10 +278,7 @@ void ExpandPathWalk::applyPathAction(QTreeWidgetItem* row, PathAction action)
         return;
     switch (action) {
     case PathAction::MakeCurrent:
-        if (auto* displayItemTree = qobject_cast<DisplayItemTreeWidget*>(tree))
-            setCurrentRowFollowed(displayItemTree, row);
-        else
-            tree->setCurrentItem(row);
+        setCurrentRowFollowed(tree, row);
         break;
     case PathAction::Expand:
         if (row->childCount() > 0)
