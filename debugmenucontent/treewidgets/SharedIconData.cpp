@@ -13,24 +13,82 @@ namespace Brennvik {
 
 namespace {
 
-// A detached row that shows only \a icon in column 0; one per icon, kept for
+// Qt keeps a row's column data (all roles but the text) in a private vector,
+// and a row's virtual table is fixed, so no public call tells whether a row
+// still shares that vector with a template row. An explicit instantiation may
+// name a private member (such names are exempt from access checks), and this
+// one hands out the member pointer; a Qt that renames the member fails to build.
+struct ColumnDataTag
+{
+    friend auto columnDataMember(ColumnDataTag);
+};
+
+template<auto member>
+struct ColumnDataAccess
+{
+    friend auto columnDataMember(ColumnDataTag) { return member; }
+};
+
+template struct ColumnDataAccess<&QTreeWidgetItem::values>;
+
+const auto& columnData(const QTreeWidgetItem& row)
+{
+    return row.*columnDataMember(ColumnDataTag{});
+}
+
+auto& columnData(QTreeWidgetItem& row)
+{
+    return row.*columnDataMember(ColumnDataTag{});
+}
+
+// Gives \a row the column data of \a templ, shared. Qt's element type is
+// private and incomplete here, so this file only swaps the vectors; copying
+// and releasing them is left to QTreeWidgetItem's assignment, inside Qt.
+void shareColumnData(QTreeWidgetItem& row, const QTreeWidgetItem& templ)
+{
+    // The carrier keeps the row's former data until the next call; that is
+    // another template's or none, so it holds no memory of its own.
+    static auto* const carrier = new QTreeWidgetItem;
+    *carrier = templ;
+    columnData(*carrier).swap(columnData(row));
+}
+
+// A detached row that shows only one icon in column 0; one per icon, kept for
 // the life of the process like the icons themselves.
+struct TemplateRow
+{
+    qint64 iconKey;
+    const QTreeWidgetItem* row;
+};
+
+QVector<TemplateRow>& templateRows()
+{
+    static auto* rows = new QVector<TemplateRow>;
+    return *rows;
+}
+
 const QTreeWidgetItem& templateRow(const QIcon& icon)
 {
-    struct Template
-    {
-        qint64 iconKey;
-        const QTreeWidgetItem* row;
-    };
-    static QVector<Template>* templates = new QVector<Template>;
-    for (const Template& entry : qAsConst(*templates)) {
+    for (const TemplateRow& entry : qAsConst(templateRows())) {
         if (entry.iconKey == icon.cacheKey())
             return *entry.row;
     }
     auto* row = new QTreeWidgetItem;
     row->setIcon(NameColumn, icon);
-    templates->append({icon.cacheKey(), row});
+    templateRows().append({icon.cacheKey(), row});
     return *row;
+}
+
+// The template row whose column data \a row shares untouched; null when the
+// row has none or data of its own (Qt copies shared data as soon as anything
+// of the row changes).
+const QTreeWidgetItem* sharedTemplate(const QTreeWidgetItem& row)
+{
+    for (const TemplateRow& entry : qAsConst(templateRows())) {
+        if (columnData(row).isSharedWith(columnData(*entry.row)))
+            return entry.row;
+    }
+    return nullptr;
 }
 
 // QTreeWidget::indexFromItem is protected; a pointer to it taken through a
@@ -45,15 +103,6 @@ struct TreeIndex : QTreeWidget
     }
 };
 
-// A row is as QTreeWidgetItem's constructor left it when it has no column
-// data (Qt adds none without adding a column), and flags and child indicator
-// are still the defaults that the template row carries too.
-bool isFresh(const QTreeWidgetItem& row, const QTreeWidgetItem& templ)
-{
-    return row.columnCount() == 0 && row.flags() == templ.flags()
-        && row.childIndicatorPolicy() == templ.childIndicatorPolicy();
-}
-
 // Whether \a row shows \a icon in column 0 already: the same icon data.
 bool showsIcon(const QTreeWidgetItem& row, const QIcon& icon)
 {
@@ -65,21 +114,26 @@ bool showsIcon(const QTreeWidgetItem& row, const QIcon& icon)
 
 void showRowIcon(QTreeWidgetItem& row, const QIcon& icon)
 {
+    const QTreeWidgetItem& templ = templateRow(icon);
+    const QTreeWidgetItem* shared = sharedTemplate(row);
     // Nothing changes, and nothing is announced, as Qt 5's setIcon does; Qt
     // 6's finds no icon equal to another and would announce a change.
-    if (showsIcon(row, icon))
+    if (shared == &templ)
         return;
-    const QTreeWidgetItem& templ = templateRow(icon);
+    // A row without column data holds nothing that sharing could lose.
+    const bool ownData = !shared && !columnData(row).isEmpty();
+    if (ownData && showsIcon(row, icon))
+        return;
     QTreeWidget* tree = row.treeWidget();
     // Asking a sorting tree for an index runs a sort that Qt's own setIcon
     // leaves pending; such rows keep Qt's way.
-    if (!isFresh(row, templ) || (tree && tree->isSortingEnabled())) {
+    if (ownData || (tree && tree->isSortingEnabled())) {
         row.setIcon(NameColumn, icon);
         return;
     }
-    // Copies exactly what the template holds: its column data (shared, not
-    // duplicated), flags and child indicator, equal to the fresh row's own.
-    row = templ;
+    // Exactly what setIcon would leave, shared instead of copied: the text is
+    // kept apart from the column data, and flags are not part of it.
+    shareColumnData(row, templ);
     if (!tree)
         return;
     // What QTreeWidgetItem::setData announces for a new icon.

@@ -138,6 +138,7 @@ private slots:
     void rowMovedToAnotherParentKeepsItsData();
     void copiesShowWhatTheRowShows();
     void qtCopiesShowWhatTheRowShows();
+    void iconChangesLeaveQtCopiesAlone();
     void cloneIsPlainRowWithSameData();
     void streamedRowReadsBackAlike();
     void modelItemDataOfColumnZero();
@@ -280,6 +281,8 @@ void tst_DisplayItemTreeWidgetItemData::changeSignals_data()
     const QString iconChange = QStringLiteral("data row 0-0 [1]");
     const QString itemChanged = QStringLiteral("item row 0");
     QTest::newRow("host hides the item") << "hide" << QStringList{itemChanged, iconChange};
+    QTest::newRow("host hides and shows the item")
+        << "hide and show" << QStringList{itemChanged, iconChange, itemChanged, iconChange};
     QTest::newRow("host event without a change") << "notify" << QStringList{};
     QTest::newRow("difference marked") << "mark"
                                        << QStringList{itemChanged, QStringLiteral("data row 0-0 [556]"), itemChanged,
@@ -320,6 +323,14 @@ void tst_DisplayItemTreeWidgetItemData::changeSignals()
         item->setVisible(false);
         item->notifyVisualPropertiesChanged();
         QCOMPARE(debugIconName(row->icon(0)), QStringLiteral("not_visible"));
+        QCOMPARE(row->text(0), QStringLiteral("Item"));
+    } else if (change == QLatin1String("hide and show")) {
+        item->setVisible(false);
+        item->notifyVisualPropertiesChanged();
+        item->setVisible(true);
+        item->notifyVisualPropertiesChanged();
+        QCOMPARE(debugIconName(row->icon(0)), QStringLiteral("visible"));
+        QCOMPARE(row->text(0), QStringLiteral("Item"));
     } else if (change == QLatin1String("notify")) {
         item->notifyVisualPropertiesChanged();
     } else if (change == QLatin1String("mark")) {
@@ -475,6 +486,31 @@ void tst_DisplayItemTreeWidgetItemData::qtCopiesShowWhatTheRowShows()
     QTreeWidgetItem plainAssigned;
     plainAssigned = *row;
     QCOMPARE(observed(plainAssigned), shown);
+}
+
+void tst_DisplayItemTreeWidgetItemData::iconChangesLeaveQtCopiesAlone()
+{
+    auto* row = addRow(QStringLiteral("Item"));
+    const std::shared_ptr<DisplayItem> item = m_items.back();
+    const QStringList shown = observed(*row);
+    QTreeWidgetItem before(*row);
+
+    item->setVisible(false);
+    item->notifyVisualPropertiesChanged();
+    QCOMPARE(debugIconName(row->icon(0)), QStringLiteral("not_visible"));
+    QCOMPARE(observed(before), shown);
+    QCOMPARE(debugIconName(before.icon(0)), QStringLiteral("visible"));
+
+    // A copy that takes data of its own keeps it while the row's icon changes back.
+    QTreeWidgetItem after(*row);
+    after.setData(0, Qt::UserRole, 3);
+    item->setVisible(true);
+    item->notifyVisualPropertiesChanged();
+    QCOMPARE(debugIconName(row->icon(0)), QStringLiteral("visible"));
+    QCOMPARE(debugIconName(after.icon(0)), QStringLiteral("not_visible"));
+    QCOMPARE(after.data(0, Qt::UserRole), QVariant(3));
+    QVERIFY(!row->data(0, Qt::UserRole).isValid());
+    QCOMPARE(row->text(0), QStringLiteral("Item"));
 }
 
 void tst_DisplayItemTreeWidgetItemData::cloneIsPlainRowWithSameData()
