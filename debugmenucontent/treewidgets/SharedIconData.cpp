@@ -79,13 +79,17 @@ const QTreeWidgetItem& templateRow(const QIcon& icon)
     return *row;
 }
 
-// The template row whose column data \a row shares untouched; null when the
-// row has none or data of its own (Qt copies shared data as soon as anything
-// of the row changes).
+// The template row whose column data \a row holds untouched: one column, the
+// template's own vector for it (Qt copies shared data as soon as anything of
+// the row changes). Qt 6 copies the outer vector when a row enters a tree but
+// keeps sharing the column's; null when the row has data of its own or none.
 const QTreeWidgetItem* sharedTemplate(const QTreeWidgetItem& row)
 {
+    const auto& data = columnData(row);
+    if (data.size() != 1)
+        return nullptr;
     for (const TemplateRow& entry : qAsConst(templateRows())) {
-        if (columnData(row).isSharedWith(columnData(*entry.row)))
+        if (data.at(0).isSharedWith(columnData(*entry.row).at(0)))
             return entry.row;
     }
     return nullptr;
