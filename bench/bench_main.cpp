@@ -14,10 +14,12 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QByteArray>
 #include <QtGlobal>
 
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -63,6 +65,19 @@ long takeNumberOption(int& argc, char** argv, const char* name, long fallback)
     return value;
 }
 
+// Which pages the heap was given: glibc's huge-page tunable, and the
+// kernel's transparent huge page mode that decides whether it takes effect.
+std::string heapPages()
+{
+    const QByteArray tunables = qgetenv("GLIBC_TUNABLES");
+    const bool asked = tunables.contains("glibc.malloc.hugetlb=1");
+    std::ifstream modeFile("/sys/kernel/mm/transparent_hugepage/enabled");
+    std::string mode;
+    std::getline(modeFile, mode);
+    return std::string(asked ? "huge pages asked for" : "small")
+        + " (transparent huge pages: " + (mode.empty() ? "unknown" : mode) + ")";
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -83,6 +98,7 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     // The results of the two Qt builds sit side by side: each says which it is.
     benchmark::AddCustomContext("qt_version", qVersion());
+    benchmark::AddCustomContext("heap_pages", heapPages());
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
 

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Pairs each library benchmark with its floor and writes the summary.
 
-    summarize.py RAW.json [--markdown OUT.md] [--json OUT.json]
+    summarize.py RAW.json [MORE.json ...] [--markdown OUT.md] [--json OUT.json] [--merged-raw OUT.json]
 
-RAW.json is the --benchmark_out file of brennvik_bench. Benchmarks are named
+RAW.json is the --benchmark_out file of brennvik_bench; the runs of several
+such files (one program run each) count together, and the first file gives
+the context and the order of the scenarios. --merged-raw writes them as one. Benchmarks are named
 "<Scenario>/<Library|Floor|FloorSameRows>/<N>[/...]". For every scenario and
 N the summary holds both times (ms), their ratio, the time and the added
 memory per row of each side and the ratio per row, both peak resident sets
@@ -29,9 +31,23 @@ MIB = 1024 * 1024
 TO_MS = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
 
 
-def load(path):
-    with open(path, encoding="utf-8") as f:
-        raw = json.load(f)
+def read_raw(paths):
+    """The raw files as one: the first file's context, every file's benchmarks."""
+    merged = None
+    for path in paths:
+        with open(path, encoding="utf-8") as f:
+            raw = json.load(f)
+        if merged is None:
+            merged = raw
+            continue
+        # Family indexes count within one program run; only the first file's order the scenarios.
+        for bench in raw.get("benchmarks", []):
+            bench.pop("family_index", None)
+            merged.setdefault("benchmarks", []).append(bench)
+    return merged
+
+
+def load(raw):
     cells = {}
     order = []
     # Shuffled runs (random interleaving) come out in any order; the table
@@ -169,7 +185,7 @@ def summarize(context, order, cells):
                 "within_n_log_n": library_exponent is not None and library_exponent <= n_log_n_exponent(n1, n2),
             })
     # Not "library_build_type": that is the benchmark framework's own build, not the code measured.
-    keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg", "qt_version")
+    keys = ("date", "host_name", "num_cpus", "mhz_per_cpu", "load_avg", "qt_version", "heap_pages")
     return {"context": {k: context[k] for k in keys if k in context}, "results": results, "growth": growth}
 
 
@@ -257,8 +273,9 @@ def markdown(summary):
     if ctx:
         load = ", ".join(f"{x:.2f}" for x in ctx.get("load_avg", []))
         qt = f" with Qt {ctx['qt_version']}" if "qt_version" in ctx else ""
+        pages = f" Heap pages: {ctx['heap_pages']}." if "heap_pages" in ctx else ""
         lines.append(f"Run {ctx.get('date', '?')} on {ctx.get('num_cpus', '?')} CPUs at "
-                     f"{ctx.get('mhz_per_cpu', '?')} MHz{qt}, load average {load or '?'}.")
+                     f"{ctx.get('mhz_per_cpu', '?')} MHz{qt}, load average {load or '?'}.{pages}")
         lines.append("")
     lines += time_table(summary)
     lines.append("")
@@ -279,12 +296,18 @@ def markdown(summary):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("raw")
+    parser.add_argument("raw", nargs="+")
     parser.add_argument("--markdown")
     parser.add_argument("--json")
+    parser.add_argument("--merged-raw")
     args = parser.parse_args()
 
-    summary = summarize(*load(args.raw))
+    raw = read_raw(args.raw)
+    if args.merged_raw:
+        with open(args.merged_raw, "w", encoding="utf-8") as f:
+            json.dump(raw, f, indent=2)
+            f.write("\n")
+    summary = summarize(*load(raw))
     text = markdown(summary)
     if args.markdown:
         with open(args.markdown, "w", encoding="utf-8") as f:
