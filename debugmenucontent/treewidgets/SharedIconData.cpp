@@ -46,8 +46,9 @@ auto& columnData(QTreeWidgetItem& row)
 // and releasing them is left to QTreeWidgetItem's assignment, inside Qt.
 void shareColumnData(QTreeWidgetItem& row, const QTreeWidgetItem& templ)
 {
-    // The carrier keeps the row's former data until the next call; that is
-    // another template's or none, so it holds no memory of its own.
+    // The carrier keeps the row's former data until the next call: another
+    // template's, none, or on Qt 6 a row's copy of a template's outer vector,
+    // so it holds one small vector at most.
     static auto* const carrier = new QTreeWidgetItem;
     *carrier = templ;
     columnData(*carrier).swap(columnData(row));
