@@ -3,15 +3,15 @@
 
     summarize.py RAW.json [MORE.json ...] [--markdown OUT.md] [--json OUT.json] [--merged-raw OUT.json]
 
-RAW.json is the --benchmark_out file of brennvik_bench; the runs of several
-such files (one program run each) count together, and the first file gives
-the context and the order of the scenarios. --merged-raw writes them as one. Benchmarks are named
-"<Scenario>/<Library|Floor|FloorSameRows>/<N>[/...]". For every scenario and
-N the summary holds both times (ms), their ratio, the time and the added
-memory per row of each side and the ratio per row, both peak resident sets
-and what the measured part added to them (MiB); for every scenario the
-growth exponent log(t2/t1)/log(N2/N1) between its smallest and largest N,
-and whether it stays within N log N. FloorSameRows, where a scenario has it,
+RAW.json is the --benchmark_out file of brennvik_bench. The runs of several
+such files (one program run each) count together; the first file gives the
+context and the order of the scenarios, and --merged-raw writes them as one
+file. Benchmarks are named "<Scenario>/<Library|Floor|FloorSameRows>/<N>[/...]".
+For every scenario and N the summary holds both times (ms), their ratio, the
+time and the added memory per row of each side and the ratio per row, both
+peak resident sets and what the measured part added to them (MiB); for every
+scenario the growth exponent log(t2/t1)/log(N2/N1) between its smallest and
+largest N, and whether it stays within N log N. FloorSameRows, where a scenario has it,
 is a second floor built with exactly the library's rows.
 
 A case run several times (--large-repetitions) counts with the median of its
@@ -40,7 +40,8 @@ def read_raw(paths):
         if merged is None:
             merged = raw
             continue
-        # Family indexes count within one program run; only the first file's order the scenarios.
+        # Family indexes count within one program run, so only the first
+        # file's decide the order of the scenarios.
         for bench in raw.get("benchmarks", []):
             bench.pop("family_index", None)
             merged.setdefault("benchmarks", []).append(bench)
